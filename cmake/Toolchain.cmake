@@ -1,0 +1,23 @@
+# Compiler flags that every target of the project shares.
+add_library(velclp_options INTERFACE)
+target_compile_options(velclp_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow)
+if(VELCLP_WERROR)
+    target_compile_options(velclp_options INTERFACE -Werror)
+endif()
+if(VELCLP_SANITIZE)
+    add_compile_options(-fsanitize=${VELCLP_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${VELCLP_SANITIZE})
+endif()
+if(VELCLP_COVERAGE)
+    add_compile_options(--coverage -O0)
+    add_link_options(--coverage)
+endif()
+# A command's thread may end in pthread_exit, which unwinds C frames too.
+add_compile_options(-fexceptions)
+
+find_program(VELCLP_CCACHE ccache)
+mark_as_advanced(VELCLP_CCACHE)
+if(VELCLP_CCACHE)
+    set(CMAKE_C_COMPILER_LAUNCHER ${VELCLP_CCACHE})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${VELCLP_CCACHE})
+endif()
