@@ -1,0 +1,22 @@
+// The verb cd (DSP0214): moves the session's current default target to a target that exists. The
+// command's own default target holds what the response shows: the new one, or the old one that
+// stays in force.
+#ifndef VELCLP_CDCOMMAND_H
+#define VELCLP_CDCOMMAND_H
+
+#include "velclp/clpcommand.h"
+
+namespace velmora_clp {
+
+class CLPCdCommand : public CLPCommand {
+public:
+    using CLPCommand::CLPCommand;
+    ~CLPCdCommand() override;
+
+    void svc() override;
+    void display() override;
+};
+
+} // namespace velmora_clp
+
+#endif
