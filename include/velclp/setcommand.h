@@ -4,6 +4,7 @@
 #ifndef VELCLP_SETCOMMAND_H
 #define VELCLP_SETCOMMAND_H
 
+#include "velclp/clpcommand.h"
 
 #include <string>
 
