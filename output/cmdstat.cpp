@@ -50,7 +50,7 @@ void textJobError(const Writer& out, const JobError& error) {
 }
 
 void keywordStatus(const Writer& out, CLPToken& line, const CommandStatus& status) {
-    out.pair(T_COMMANDLINE, line.commandLine());
+    out.pair(T_COMMANDLINE, line._CommandLine);
     out.pair(T_STATUS, static_cast<int>(status.getStatusCode()));
     out.pair(T_STATUS_TAG, status.getStatusTag());
 }
@@ -67,7 +67,7 @@ void keywordJobError(const Writer& out, const JobError& error) {
 // The head of the document up to the code of the status; the cmdstat element stays open.
 void xmlStatus(const Writer& out, CLPToken& line, const CommandStatus& status) {
     out.raw(T_XML_HEAD, T_RESPONSE_BEGIN);
-    out.open(T_COMMAND).element(T_INPUTLINE, line.commandLine()).close(T_COMMAND);
+    out.open(T_COMMAND).element(T_INPUTLINE, line._CommandLine).close(T_COMMAND);
     out.open(T_CMDSTAT);
     out.element(T_STATUS, static_cast<int>(status.getStatusCode()));
     out.element(T_STATUS_TAG, status.getStatusTag());

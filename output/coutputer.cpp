@@ -45,7 +45,9 @@ COutputer::COutputer(_CMCIClient* client, Transport* transport)
 
 COutputer::~COutputer() = default;
 
-void COutputer::setTransport(Transport* transport) { m_transport = transport; }
+void COutputer::setTransport(Transport* transport) {
+    m_transport = transport;
+}
 
 int COutputer::output_format(Token token) {
     VELCLP_TRACE("CLP.COutputer.output_format");
@@ -145,12 +147,16 @@ void COutputer::version_option(char const* verb, int form) {
 }
 
 void COutputer::examine_option(const Token& token, char const* verb, int form) {
-    const std::string sentence = "[" + parsedLine(token).commandLine() + "] pass syntax checking";
+    const std::string sentence = "[" + parsedLine(token)._CommandLine + "] pass syntax checking";
     const Writer out(*m_transport);
     if (form == KEYWORD_FORM)
         out.pair(T_COMMAND, verb).pair(T_EXAMINE, sentence).endoutput();
     else if (form == CLPXML_FORM)
-        out.open(verb).open(T_EXAMINE).element(T_TEXT, sentence).close(T_EXAMINE).close(verb)
+        out.open(verb)
+            .open(T_EXAMINE)
+            .element(T_TEXT, sentence)
+            .close(T_EXAMINE)
+            .close(verb)
             .close_response();
     else
         out.line(sentence);

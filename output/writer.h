@@ -14,18 +14,20 @@ class Writer {
 public:
     explicit Writer(Transport& out) : m_out(out) {}
 
-    template <typename... Pieces> const Writer& raw(const Pieces&... pieces) const {
+    template<typename... Pieces>
+    const Writer& raw(const Pieces&... pieces) const {
         (static_cast<void>(m_out << pieces), ...);
         return *this;
     }
     const Writer& endl() const { return raw(&Transport::endl); }
 
-    template <typename... Pieces> const Writer& line(const Pieces&... pieces) const {
+    template<typename... Pieces>
+    const Writer& line(const Pieces&... pieces) const {
         return raw(pieces...).endl();
     }
 
     // A line of the keyword form: key, "=", value.
-    template <typename... Pieces>
+    template<typename... Pieces>
     const Writer& pair(char const* key, const Pieces&... value) const {
         return line(key, KEYWORD_EQ, value...);
     }
@@ -36,7 +38,7 @@ public:
     // Tags of the clpxml form.
     const Writer& open(char const* tag) const { return raw(XML_TAG_L, tag, XML_TAG_R); }
     const Writer& close(char const* tag) const { return raw(XML_TAG_LS, tag, XML_TAG_R); }
-    template <typename... Pieces>
+    template<typename... Pieces>
     const Writer& element(char const* tag, const Pieces&... text) const {
         return open(tag).raw(text...).close(tag);
     }
