@@ -66,6 +66,11 @@ public:
     }
     bool ok() const { return m_status.rc == CMPI_RC_OK; }
     CMPIrc rc() const { return m_status.rc; }
+    // The server's or the client's words; empty when there are none.
+    std::string message() const {
+        const char* text = m_status.msg ? CMGetCharPtr(m_status.msg) : nullptr;
+        return text ? std::string(text) : std::string();
+    }
     const CMPIStatus* get() const { return &m_status; }
 
 private:
@@ -102,6 +107,44 @@ inline std::string cimValueText(CMPIType type, CMPIValue value) {
     const std::unique_ptr<char, decltype(&std::free)> text(value2Chars(type, &value), &std::free);
     return text ? std::string(text.get()) : std::string();
 }
+
+// A value that is the caller's to release: what invokeMethod and getProperty of the client return.
+// Data that a getter of an object returns is borrowed and never goes in here.
+class CimData {
+public:
+    explicit CimData(CMPIData data) : m_data(data) {}
+    CimData(const CimData&) = delete;
+    CimData& operator=(const CimData&) = delete;
+    ~CimData() {
+        if (!hasValue())
+            return;
+        if (m_data.type & CMPI_ARRAY)
+            release(m_data.value.array);
+        else if (m_data.type == CMPI_string)
+            release(m_data.value.string);
+        else if (m_data.type == CMPI_ref)
+            release(m_data.value.ref);
+        else if (m_data.type == CMPI_dateTime)
+            release(m_data.value.dateTime);
+        else if (m_data.type == CMPI_instance)
+            release(m_data.value.inst);
+    }
+
+    const CMPIData& get() const { return m_data; }
+    // False for null, not found and bad values alike.
+    bool hasValue() const {
+        return !(m_data.state & (CMPI_nullValue | CMPI_notFound | CMPI_badValue));
+    }
+
+private:
+    template<typename T>
+    static void release(T* object) {
+        if (object)
+            object->ft->release(object);
+    }
+
+    CMPIData m_data;
+};
 
 // Owns the object paths that an operation gave in a vector.
 class CimPaths {
