@@ -4,6 +4,8 @@
 #ifndef VELCLP_LINEEDIT_H
 #define VELCLP_LINEEDIT_H
 
+#include "velclp/linetext.h"
+
 #include <string>
 #include <vector>
 
@@ -22,7 +24,9 @@ public:
 
     // Reads to the end of a line or until `size` bytes are there, and copies them to `buf` without
     // a line end or a null byte: the count, -2 for a time-out or the end of input, -1 for an error.
-    // `continuation` is null or points to the text of the lines before this one.
+    // `continuation` is null or points to the text of the lines before this one (a null-terminated
+    // char*, or null for none); a line recalled from the history stands for them all and sets that
+    // pointer to null.
     int getLine(void* buf, int size, bool echo, void** continuation);
 
     // What a pending key string is: 0 an arrow, 1 no escape sequence, 2 an unknown one, 3 an
@@ -45,17 +49,27 @@ public:
     void process_tab();
 
     // The text so far and the cursor's place in it.
-    const std::string& text() const { return m_text; }
-    int cursor() const { return m_cursor; }
+    const std::string& text() const { return m_line.text(); }
+    int cursor() const { return m_line.cursor(); }
 
     static std::string m_prompt;
     static int m_begin; // minus the columns that stand before the text on the screen
     static std::vector<std::string> (*helpFunc)(const std::string&);
 
 private:
+    void send(const std::string& bytes);
+    void processKeys(std::string& pending);
+    void processArrow(char direction);
+    void processPlain(char byte);
+    void moveBy(int n);
+    bool continued() const;
+    void newRow();
+    void complete(const std::string& word, const std::string& completion);
+    void writeAside(const std::string& text);
+    void listCompletions(const std::vector<std::string>& words);
+
     stdStream* m_stream;
-    int m_cursor;
-    std::string m_text;
+    LineText m_line;
     bool m_echo;
     char** m_continuation;
     int m_width;
