@@ -4,6 +4,7 @@
 
 #include "velclp/assertion.h"
 #include "velclp/clpstring.h"
+#include "velclp/log.h"
 
 namespace {
 
@@ -24,6 +25,7 @@ std::vector<std::string> names(const CLPToken::PropertyList& list) {
 } // namespace
 
 std::vector<std::string> CLPToken::getPropertyNames(CLPPropertyType type) const {
+    VELCLP_TRACE("CLP.CLPToken.getPropertyNames");
     VELCLP_ASSERT(type == PROPERTY_NAME || type == ASSIGN_PROPERTY || type == FILTER_PROPERTY,
                   "type==PROPERTY_NAME||type==ASSIGN_PROPERTY||type==FILTER_PROPERTY");
     if (type == PROPERTY_NAME)
@@ -33,6 +35,7 @@ std::vector<std::string> CLPToken::getPropertyNames(CLPPropertyType type) const 
 
 bool CLPToken::getProperty(const std::string& name, std::string& value,
                            CLPPropertyType type) const {
+    VELCLP_TRACE("CLP.CLPToken.getProperty");
     VELCLP_ASSERT(type == ASSIGN_PROPERTY || type == FILTER_PROPERTY,
                   "type==ASSIGN_PROPERTY||type==FILTER_PROPERTY");
     VELCLP_ASSERT(!name.empty(), "!name.empty()");
@@ -46,11 +49,13 @@ bool CLPToken::getProperty(const std::string& name, std::string& value,
 }
 
 bool CLPToken::hasOption(const std::string& path) const {
+    VELCLP_TRACE("CLP.CLPToken.hasOption");
     VELCLP_ASSERT(!path.empty(), "!path.empty()");
     return _Options.hasNode(optionPath(path));
 }
 
 bool CLPToken::getOption(const std::string& path, std::string& value) const {
+    VELCLP_TRACE("CLP.CLPToken.getOption");
     VELCLP_ASSERT(!path.empty(), "!path.empty()");
     const auto keys = optionPath(path);
     if (!_Options.hasNode(keys) || _Options.hasChildren(keys))
@@ -63,6 +68,7 @@ bool CLPToken::getOption(const std::string& path, std::string& value) const {
 }
 
 std::vector<std::string> CLPToken::getOptionNames() const {
+    VELCLP_TRACE("CLP.CLPToken.getOptionNames");
     const std::vector<std::string> root{"option"};
     return _Options.hasChildren(root) ? _Options.getChildrenKeys(root) : std::vector<std::string>();
 }
