@@ -3,7 +3,6 @@
 #ifndef VELCLP_COMMANDSTATUS_H
 #define VELCLP_COMMANDSTATUS_H
 
-#include <atomic>
 #include <vector>
 
 namespace velmora_clp {
@@ -36,7 +35,7 @@ public:
     std::vector<CLPMessage*> messages;
 
 private:
-    std::atomic<status> _status; // the session looks at it from other threads
+    status _status;
     static const char* const status_tag[];
 };
 

@@ -14,8 +14,6 @@
 
 namespace velmora_clp {
 
-class CLPAddrpath;
-
 class CLPShowCommand : public CLPCommand {
 public:
     using CLPCommand::CLPCommand;

@@ -1,0 +1,18 @@
+// Throws CDBC_Exception with a text that outlives it.
+#ifndef VELCLP_PLATFORM_DATABASE_FAILURE_H
+#define VELCLP_PLATFORM_DATABASE_FAILURE_H
+
+#include <string>
+
+struct sqlite3;
+
+namespace database {
+
+// With SQLite's text for the handle's last failure, or for the code when there is no handle.
+[[noreturn]] void fail(sqlite3* db, int code, const std::string& statement);
+// With a text of the layer's own.
+[[noreturn]] void fail(const std::string& text, int code, const std::string& statement = "");
+
+} // namespace database
+
+#endif

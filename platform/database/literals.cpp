@@ -1,0 +1,103 @@
+#include "database/literals.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstring>
+#include <strings.h>
+
+namespace database {
+
+namespace {
+
+constexpr std::size_t mostLiterals = 64;
+constexpr std::array<const char*, 4> liftedVerbs = {"SELECT", "INSERT", "UPDATE", "DELETE"};
+constexpr std::array<const char*, 3> patternWords = {"LIKE", "GLOB", "ESCAPE"};
+
+bool isWord(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || (c & 0x80) != 0;
+}
+
+bool beginsWithLiftedVerb(const std::string& sql) {
+    return std::any_of(liftedVerbs.begin(), liftedVerbs.end(), [&sql](const char* verb) {
+        return strncasecmp(sql.c_str(), verb, std::strlen(verb)) == 0;
+    });
+}
+
+bool endsInPatternWord(const std::string& text) {
+    auto end = text.size();
+    while (end > 0 && std::isspace(static_cast<unsigned char>(text[end - 1])) != 0)
+        --end;
+    auto begin = end;
+    while (begin > 0 && isWord(text[begin - 1]))
+        --begin;
+    const std::string word = text.substr(begin, end - begin);
+    return std::any_of(patternWords.begin(), patternWords.end(), [&word](const char* pattern) {
+        return strcasecmp(word.c_str(), pattern) == 0;
+    });
+}
+
+// Reads the literal whose opening quote stands at position; the position of what follows, or npos
+// when it does not end.
+std::size_t readLiteral(const std::string& sql, std::size_t position, std::string& value) {
+    for (std::size_t at = position + 1;;) {
+        const auto quote = sql.find('\'', at);
+        if (quote == std::string::npos)
+            return quote;
+        value.append(sql, at, quote - at);
+        if (quote + 1 >= sql.size() || sql[quote + 1] != '\'')
+            return quote + 1;
+        value += '\'';
+        at = quote + 2;
+    }
+}
+
+bool isDoubtful(const std::string& sql, std::size_t at) {
+    switch (sql[at]) {
+    case '"':
+    case '`':
+    case '[':
+    case '?':
+    case ':':
+    case '@':
+    case '$':
+    case '#':
+    case ';':
+        return true;
+    case '-':
+        return sql.compare(at, 2, "--") == 0;
+    case '/':
+        return sql.compare(at, 2, "/*") == 0;
+    default:
+        return false;
+    }
+}
+
+bool mayLiftBehind(const std::string& text) {
+    return (text.empty() || !isWord(text.back())) && !endsInPatternWord(text);
+}
+
+} // namespace
+
+bool liftLiterals(const std::string& sql, LiftedSql& lifted) {
+    if (!beginsWithLiftedVerb(sql))
+        return false;
+    lifted.text.reserve(sql.size());
+    for (std::size_t at = 0; at < sql.size();) {
+        if (sql[at] != '\'') {
+            if (isDoubtful(sql, at))
+                return false;
+            lifted.text += sql[at++];
+            continue;
+        }
+        if (!mayLiftBehind(lifted.text) || lifted.values.size() == mostLiterals)
+            return false;
+        at = readLiteral(sql, at, lifted.values.emplace_back());
+        if (at == std::string::npos)
+            return false;
+        lifted.text += '?';
+    }
+    return !lifted.values.empty();
+}
+
+} // namespace database
