@@ -28,6 +28,11 @@ struct Qualifier {
     bool propagated = false;
 };
 
+/// The declaration of a qualifier; its value is the default. Scopes are words such as "property".
+struct QualifierType : Qualifier {
+    std::vector<std::string> scopes;
+};
+
 using Qualifiers = std::vector<Qualifier>;
 
 /// The qualifier of that name; null when there is none.

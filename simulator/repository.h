@@ -44,9 +44,9 @@ public:
     std::vector<std::string> namespaces() const;
 
     /// Declares (or declares again) a qualifier type; its value is the default.
-    void addQualifierType(std::string_view nameSpace, Qualifier type);
+    void addQualifierType(std::string_view nameSpace, QualifierType type);
     /// Null when the namespace has no such qualifier type.
-    const Qualifier* findQualifierType(std::string_view nameSpace, std::string_view name) const;
+    const QualifierType* findQualifierType(std::string_view nameSpace, std::string_view name) const;
 
     /// Takes a complete class over and seals it; the namespace is made when it is new. Throws
     /// CIM_ERR_ALREADY_EXISTS.

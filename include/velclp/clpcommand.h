@@ -5,6 +5,7 @@
 #define VELCLP_CLPCOMMAND_H
 
 #include "velclp/commandstatus.h"
+#include "velclp/joberror.h"
 #include "velclp/task.h"
 
 #include <boost/shared_ptr.hpp>
@@ -22,7 +23,6 @@ namespace velmora_clp {
 
 class CLPCmdJob;
 class COutputer;
-class JobError;
 struct TargetGroup;
 
 // The records a walk hands to the renderer; the list owns them.
@@ -70,7 +70,7 @@ public:
 protected:
     bool stopRequested() const { return m_stop != NO_STOP; }
     // Makes the JobError when there is none yet, and sets its three codes.
-    void setJobError(int error, int cimStatus, int severity);
+    void setJobError(JobError::error error, JobError::stat cimStatus, JobError::severity severity);
 
     boost::shared_ptr<CLPToken> m_token;
     CMCIClient* m_client; // owned
@@ -90,10 +90,11 @@ protected:
 
 private:
     static void answerFailure(CLPTask& task);
-    int keepTime();
-    void makeRemoteJob(int keepSeconds);
-    void writeRemoteJobState(unsigned short state);
-    void releaseAll();
+    int keepTime() const;
+    void makeJob(int keepSeconds);
+    void silence();
+
+    Transport* m_silent; // owned; the transport of a spawned command
 };
 
 } // namespace velmora_clp

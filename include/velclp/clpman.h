@@ -22,6 +22,9 @@ void CLP_Man_GetTopic(std::string topic, std::string& text);
 // the console is not to be used, 0 when it is or when standard input is no serial line.
 int initForSerial();
 
+// How initForSerial learns the name of a descriptor's terminal; null stands for ttyname().
+void setTtyNameFunc(const char* (*name)(int));
+
 namespace velmora_clp {
 using ::CLP_Man_Fini;
 using ::CLP_Man_GetTopic;

@@ -5,18 +5,15 @@
 #ifndef VELCLP_CLPSESSION_H
 #define VELCLP_CLPSESSION_H
 
+#include "velclp/cimhandle.h"
+#include "velclp/clpcommand.h"
+
 #include <map>
 #include <string>
 
 #include <pthread.h>
 
-typedef struct _CMCIClient CMCIClient;
-typedef struct _CMPIInstance CMPIInstance;
-typedef struct _CMPIObjectPath CMPIObjectPath;
-
 namespace velmora_clp {
-
-class CLPCommand;
 
 struct sSessionParams {
     std::string host;
@@ -25,8 +22,11 @@ struct sSessionParams {
     bool local; // the CIM server is this controller's own
 };
 
-// One element of the session's row: `number` for kind 0, `flag` for kind 1, `text` for kind 2,
-// made by `new[]` and freed by whoever asked.
+// The kinds of an element's value.
+enum : int { SESSION_NUMBER = 0, SESSION_FLAG = 1, SESSION_TEXT = 2 };
+
+// The value of one element: the member of its kind. The text is made by `new[]` and freed by
+// whoever asked.
 union sResult {
     int number;
     bool flag;
@@ -94,6 +94,8 @@ public:
     void insertCommand(CLPCommand* command);
     void removeCommand(CLPCommand* command);
     CLPCommand* findCommand(int jobid);
+    // Asks a command to stop while the table holds it fast; false when there is none.
+    bool stopCommand(int jobid, CLPCommand::SIG sig);
     // Kills the first command in the foreground; gives its job id, or -1 when there is none.
     int stopFGCommand();
     void killallCommand();
@@ -110,7 +112,7 @@ private:
     void setText(Element element, std::string& cached, const std::string& value);
     bool readRemote(Element element, std::string& text);
     void writeRemote(Element element, const std::string& text);
-    void releaseAll();
+    void stopAll(CLPCommand::SIG sig);
 
     static CLPSession* _pIns;
     static pthread_mutex_t m_commandLock;
@@ -118,6 +120,7 @@ private:
     bool m_local;
     int m_id;
     int m_keepTime;
+    int m_pid;
     int m_waitBehavior;
     std::string m_displayOption;
     int m_outputCount;
@@ -130,11 +133,14 @@ private:
     std::string m_host;
     std::string m_port;
     std::string m_user;
-    CMCIClient* m_client;     // owned
-    CMPIObjectPath* m_path;   // owned
-    CMPIInstance* m_instance; // owned
+    CimClient m_client;
+    CimPath m_path;
+    CimInstance m_instance;
     std::map<int, CLPCommand*> m_commands;
 };
+
+// The column of an element, which is also the CIM property's name; "" for no element.
+const char* sessionColumn(int element);
 
 // Reads one element of the row `id`: `type` 0 a number, 1 a flag, anything else a text. Without a
 // row, or with an empty text, the result stays as it is.

@@ -13,6 +13,8 @@ namespace velmora_clp {
 char** get_argv(const char* line);
 // A new[] copy; null for null.
 char* cpy_argv(char* word);
+// A new[] copy of a text, with a null byte behind it.
+char* newText(const std::string& text);
 // Frees what get_argv gave; null is allowed.
 void del_argv(char** argv);
 

@@ -3,6 +3,7 @@
 #ifndef VELCLP_COMMANDSTATUS_H
 #define VELCLP_COMMANDSTATUS_H
 
+#include <atomic>
 #include <vector>
 
 namespace velmora_clp {
@@ -35,7 +36,7 @@ public:
     std::vector<CLPMessage*> messages;
 
 private:
-    status _status;
+    std::atomic<status> _status; // the session looks at it from other threads
     static const char* const status_tag[];
 };
 

@@ -5,6 +5,8 @@
 #ifndef VELCLP_CORE_H
 #define VELCLP_CORE_H
 
+#include "velclp/cimhandle.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <string>
@@ -12,7 +14,6 @@
 
 class CLPToken;
 class Transport;
-typedef struct _CMCIClient CMCIClient;
 
 namespace velmora_clp {
 
@@ -57,13 +58,15 @@ public:
     std::vector<std::string> tab_target(const std::string& word);
 
 private:
+    void login();
+    void openSession();
     bool passThrough(const std::string& line);
     int runParsed(const std::string& line);
-    int runToken(boost::shared_ptr<CLPToken> token, ProcessingError& error);
-    int runCommand(CLPCommand* command);
-    void report(boost::shared_ptr<CLPToken> token, ProcessingError& error);
+    void runToken(boost::shared_ptr<CLPToken> token);
+    CLPCommand* commandFor(boost::shared_ptr<CLPToken> token);
+    void report(boost::shared_ptr<CLPToken> token, ProcessingError error);
 
-    CMCIClient* m_client; // owned
+    CimClient m_client;
     std::string m_host;
     std::string m_port;
     std::string m_token;

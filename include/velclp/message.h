@@ -35,6 +35,9 @@ private:
     std::vector<std::string> m_args;
 };
 
+// Frees the messages, null ones aside, and empties the list.
+void deleteMessages(std::vector<CLPMessage*>& messages);
+
 } // namespace velmora_clp
 
 #endif

@@ -103,9 +103,7 @@ private:
 
     // What the getters answer, prepared from the trees.
     struct TagInfo {
-        std::string tag;
-        std::string cimclass;
-        std::string realUfct;
+        std::string tag, section, cimclass, realUfct;
         std::pair<std::string, std::string> ufit{"nature", ""};
         std::size_t ufitFields = 2;
         Names virtualUfcts, pseudoProperties, requiredProperties, verbs;
@@ -113,10 +111,9 @@ private:
         Pairs filter;
     };
     struct ClassInfo {
-        std::string type, ns, parent;
+        std::string type, ns, parent, defaultUfct;
         Names verbs, assoc, ufcts, addrAssoc, childrenUfcts;
         std::unordered_map<std::string, Names> refs;
-        const std::string* defaultUfct = nullptr;
     };
 
     void initClass(std::ifstream& config, const char* buf);
@@ -124,15 +121,17 @@ private:
     void addClassUfct(std::ifstream& config, const std::string& key, const std::string& line,
                       Tree* _class);
     void addUfctElement(const std::string& line, const std::string& ufct, Tree* _class);
+    static void addElement(const std::vector<std::string>& path, const std::string& value,
+                           const char* unique, Tree& tree);
 
     void prepare();
-    ClassInfo prepareClass(const Tree& tree);
-    TagInfo prepareTag(const Tree& tree, const std::string& tag) const;
-    void prepareDefaultUfct(ClassInfo& info, const Tree& tree) const;
+    ClassInfo prepareClass(const Tree& tree) const;
+    static TagInfo prepareTag(const Tree& tree, const std::string& tag, const std::string& section);
     Names collectChildrenUfcts(const ClassInfo& info) const;
 
     const ClassInfo* findClass(const std::string& cimclass) const;
     const ClassInfo& knownClass(const std::string& cimclass) const;
+    const ClassInfo& classOrDefault(const std::string& cimclass) const;
     const TagInfo& tagOrDefault(const std::string& ufct) const;
     const TagInfo& knownTag(const std::string& ufct) const;
 

@@ -14,6 +14,8 @@
 
 namespace velmora_clp {
 
+class CLPAddrpath;
+
 class CLPShowCommand : public CLPCommand {
 public:
     using CLPCommand::CLPCommand;

@@ -67,6 +67,7 @@ private:
     HistoryBuf* m_history; // owned
     termios m_saved;
     int m_fd;
+    bool m_tty; // the settings in m_saved are those of a terminal
     static int s_wakeupFd;
     static int (*s_wakeup)();
 };

@@ -1,0 +1,73 @@
+// The session's table of living commands.
+#include "velclp/clpsession.h"
+
+#include "velclp/clpcommand.h"
+#include "velclp/log.h"
+#include "velclp/threadguard.h"
+
+#include <algorithm>
+
+namespace velmora_clp {
+
+void CLPSession::insertCommand(CLPCommand* command) {
+    if (command == nullptr)
+        return;
+    ThreadGuard guard(&m_commandLock);
+    m_commands[command->getJobID()] = command;
+}
+
+void CLPSession::removeCommand(CLPCommand* command) {
+    if (command == nullptr)
+        return;
+    // Called from the destructor of the command's base, where this is the base's operation.
+    const int jobid = command->getJobID();
+    ThreadGuard guard(&m_commandLock);
+    m_commands.erase(jobid);
+}
+
+CLPCommand* CLPSession::findCommand(int jobid) {
+    ThreadGuard guard(&m_commandLock);
+    const auto found = m_commands.find(jobid);
+    return found != m_commands.end() ? found->second : nullptr;
+}
+
+bool CLPSession::stopCommand(int jobid, CLPCommand::SIG sig) {
+    ThreadGuard guard(&m_commandLock);
+    const auto found = m_commands.find(jobid);
+    if (found == m_commands.end())
+        return false;
+    found->second->stop(sig);
+    return true;
+}
+
+int CLPSession::stopFGCommand() {
+    ThreadGuard guard(&m_commandLock);
+    const auto found = std::find_if(m_commands.begin(), m_commands.end(),
+                                    [](const auto& entry) { return !entry.second->bBackGround(); });
+    if (found == m_commands.end())
+        return -1;
+    found->second->stop(CLPCommand::KILLED);
+    VELCLP_LOG_VALUE("CLP.CLPSession.stopFGCommand", "job=[%d]", found->first);
+    return found->first;
+}
+
+void CLPSession::stopAll(CLPCommand::SIG sig) {
+    ThreadGuard guard(&m_commandLock);
+    for (const auto& entry : m_commands)
+        entry.second->stop(sig);
+}
+
+void CLPSession::killallCommand() {
+    stopAll(CLPCommand::KILLED);
+}
+
+void CLPSession::stopallCommand() {
+    stopAll(CLPCommand::TERMINATE);
+}
+
+bool CLPSession::allCommandDone() {
+    ThreadGuard guard(&m_commandLock);
+    return m_commands.empty();
+}
+
+} // namespace velmora_clp
