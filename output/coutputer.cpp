@@ -4,6 +4,7 @@
 
 #include "output/parsedline.h"
 #include "output/writer.h"
+#include "velclp/addrsvc.h"
 #include "velclp/clpman.h"
 #include "velclp/clpsession.h"
 #include "velclp/clpstatus.h"
@@ -43,7 +44,10 @@ int formOfSession() {
 COutputer::COutputer(_CMCIClient* client, Transport* transport)
     : m_client(client), m_transport(transport) {}
 
-COutputer::~COutputer() = default;
+COutputer::~COutputer() {
+    for (const auto& known : m_classes)
+        known.second->ft->release(known.second);
+}
 
 void COutputer::setTransport(Transport* transport) {
     m_transport = transport;

@@ -12,6 +12,7 @@
 
 #include <list>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ class Transport;
 
 namespace velmora_clp {
 
+class CLPAddrSVC;
 class CLPCommand;
 class JobError;
 class ProcessingError;
@@ -128,23 +130,44 @@ public:
     static void _dump_FilterResult(FilterResult* result, char const* where);
 
 private:
+    class ShowTree;
     struct Verb {
         char const* tag;
         char const* description;
     };
+    // The frame of a verb's response: status block, then -help, -version and -examine. True when
+    // the verb's own body is to follow, in the form that is set.
     bool open_response(const Token& token, const _CLPStatus* status, const Verb& verb, int& form);
     bool option_response(const Token& token, char const* verb, int form);
     void help_option(char const* verb, int form);
     void version_option(char const* verb, int form);
     void examine_option(const Token& token, char const* verb, int form);
-    void open_document(const Token& token);
     void message(const std::string& text, int form);
+    void create_nothing(int form);
     void change_output(const Token& token, const _CLPStatus* status, const Verb& verb,
                        char const* done, char const* failed, const std::string* address);
+
+    // The text form of show.
+    void fetch_properties(CMPIObjectPath* object, FilterResult* result);
+    void fetch_pseudo_properties(CMPIObjectPath* object, FilterResult* result);
+    bool read_instance(CMPIObjectPath* object, FilterResult* result);
+    bool read_class(FilterResult* result);
+    void select_targets(const Token& token, FilterResult* result);
+    void select_verbs(const Token& token, FilterResult* result);
+    void select_associations(const Token& token, FilterResult* result);
+    void select_properties(const Token& token, FilterResult* result, const std::string& ufct,
+                           const std::string& cimclass);
+    bool selector_holds(const Token& token, FilterResult* result, const std::string& name);
+
+    // Kept for all objects of one response: the address service and the classes read so far.
+    CLPAddrSVC& addresses();
+    CMPIConstClass* class_of(const std::string& name_space, const std::string& cimclass);
 
     _CMCIClient* m_client;
     Transport* m_transport;
     int m_message_id = 0;
+    std::unique_ptr<CLPAddrSVC> m_addresses;
+    std::map<std::string, CMPIConstClass*> m_classes; // owned
 };
 
 } // namespace velmora_clp

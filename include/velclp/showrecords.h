@@ -61,8 +61,8 @@ struct _show_filter {
     std::vector<std::string> associations; // class tags of associations selected
 };
 
-// What the text form prints of the objects of one class. The destructor frees the properties, the
-// class and the instance; the object, the reference and the command are borrowed.
+// What the text form prints of the objects of one class. The destructor frees the properties
+// and the instance; the class, the object, the reference and the command are borrowed.
 struct FilterResult {
     FilterResult() = default;
     FilterResult(const FilterResult&) = delete;

@@ -1,0 +1,73 @@
+#include "output/classes.h"
+
+#include "velclp/addrsvc.h"
+#include "velclp/cimhandle.h"
+#include "velclp/clpstring.h"
+#include "velclp/schema.h"
+
+namespace velmora_clp {
+
+namespace {
+
+constexpr char const* DEFAULT_NAMESPACE = "root/zorm";
+
+// Whether the address service can look the class up: it has a "_", and the schema knows the class
+// by its own name or with the prefix "cim".
+bool isAddressable(const std::string& cimclass) {
+    if (CLPSchema::getInstance()->hasCIMClass(cimclass))
+        return true;
+    return cimclass.find('_') != std::string::npos && !schemaClassOf(cimclass).empty();
+}
+
+} // namespace
+
+std::string schemaClassOf(const std::string& cimclass) {
+    const CLPSchema& schema = *CLPSchema::getInstance();
+    const std::string name = lowerString(cimclass);
+    if (schema.hasCIMClass(name))
+        return name;
+    const std::string standard = "cim" + name.substr(name.find('_'));
+    return schema.hasCIMClass(standard) ? standard : std::string();
+}
+
+std::string defaultTagOf(const std::string& schemaClass) {
+    const CLPSchema& schema = *CLPSchema::getInstance();
+    if (schemaClass.empty() || schema.getUfcts(schemaClass).empty())
+        return std::string();
+    return schema.getDefaultUfct(schemaClass);
+}
+
+std::string defaultTagOfClass(const std::string& cimclass) {
+    return isAddressable(cimclass) ? defaultTagOf(schemaClassOf(cimclass)) : std::string();
+}
+
+std::string addressOf(CLPAddrSVC& addresses, CMPIObjectPath* object, bool normal) {
+    if (!object || !isAddressable(cimClassName(object)))
+        return std::string();
+    return addresses.getUfip(object, true, normal);
+}
+
+std::string referredAddress(CLPAddrSVC& addresses, const CMPIData& reference) {
+    if (!reference.value.ref)
+        return std::string();
+    const CimPath object = cimClone(reference.value.ref);
+    if (!object)
+        return std::string();
+    object->ft->setNameSpace(object.get(), nameSpaceOf(cimClassName(object.get())).c_str());
+    return addressOf(addresses, object.get());
+}
+
+std::string nameSpaceOf(const std::string& cimclass) {
+    const std::string& name = CLPSchema::getInstance()->getNS(cimclass);
+    return name.empty() ? DEFAULT_NAMESPACE : name;
+}
+
+bool beginsWithOem(const std::string& name) {
+    return lowerString(name.substr(0, 3)) == "oem";
+}
+
+bool containsOem(const std::string& name) {
+    return lowerString(name).find("oem") != std::string::npos;
+}
+
+} // namespace velmora_clp

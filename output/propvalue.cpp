@@ -1,0 +1,204 @@
+#include "output/propvalue.h"
+
+#include "velclp/cimhandle.h"
+#include "velclp/coutputer.h"
+
+#include <cstring>
+
+namespace velmora_clp {
+
+namespace {
+
+// Clones the object that the member holds, where it holds one.
+template<typename T>
+void cloneMember(T*& member) {
+    member = cimClone(member).release();
+}
+
+template<typename T>
+void releaseMember(T* member) {
+    if (member)
+        member->ft->release(member);
+}
+
+void cloneContent(CMPIData& data) {
+    if (data.type & CMPI_ARRAY)
+        return cloneMember(data.value.array);
+    switch (data.type & 0xff00) {
+    case CMPI_instance:
+        return cloneMember(data.value.inst);
+    case CMPI_ref:
+        return cloneMember(data.value.ref);
+    case CMPI_args:
+        return cloneMember(data.value.args);
+    case CMPI_class:
+        return cloneMember(data.value.cls);
+    case CMPI_enumeration:
+        return cloneMember(data.value.Enum);
+    case CMPI_string:
+    case CMPI_dateTimeString & 0xff00:
+        return cloneMember(data.value.string);
+    case CMPI_dateTime:
+        return cloneMember(data.value.dateTime);
+    case CMPI_chars:
+        data.value.chars = data.value.chars ? ::strdup(data.value.chars) : nullptr;
+        return;
+    default:
+        return;
+    }
+}
+
+void releaseContent(const CMPIData& data) {
+    if (data.type & CMPI_ARRAY)
+        return releaseMember(data.value.array);
+    switch (data.type & 0xff00) {
+    case CMPI_instance:
+        return releaseMember(data.value.inst);
+    case CMPI_ref:
+        return releaseMember(data.value.ref);
+    case CMPI_args:
+        return releaseMember(data.value.args);
+    case CMPI_class:
+        return releaseMember(data.value.cls);
+    case CMPI_enumeration:
+        return releaseMember(data.value.Enum);
+    case CMPI_string:
+    case CMPI_dateTimeString & 0xff00:
+        return releaseMember(data.value.string);
+    case CMPI_dateTime:
+        return releaseMember(data.value.dateTime);
+    case CMPI_chars:
+        return std::free(data.value.chars);
+    default:
+        return;
+    }
+}
+
+CMPIArray* qualifierArray(CMPIConstClass* cimclass, const std::string& name,
+                          const char* qualifier) {
+    CimStatus status;
+    const CMPIData data =
+        cimclass->ft->getPropertyQualifier(cimclass, name.c_str(), qualifier, status.out());
+    if (!status.ok() || !(data.type & CMPI_ARRAY) || isNullValue(data))
+        return nullptr;
+    return cimClone(data.value.array).release();
+}
+
+std::optional<std::string> elementText(CMPIArray* array, CMPICount index) {
+    CimStatus status;
+    const CMPIData element = array->ft->getElementAt(array, index, status.out());
+    if (!status.ok() || isNullValue(element))
+        return std::nullopt;
+    return cimValueText(element.type, element.value);
+}
+
+CMPICount sizeOf(CMPIArray* array) {
+    CimStatus status;
+    const CMPICount size = array->ft->getSize(array, status.out());
+    return status.ok() ? size : 0;
+}
+
+// The element of values at the place where valuemap holds the text.
+std::optional<std::string> mappedName(const std::string& text, CMPIArray* values,
+                                      CMPIArray* valuemap) {
+    const CMPICount size = sizeOf(valuemap);
+    for (CMPICount i = 0; i < size; ++i)
+        if (elementText(valuemap, i) == text)
+            return elementText(values, i);
+    return std::nullopt;
+}
+
+char* heapText(const std::string& text) {
+    return ::strdup(text.c_str());
+}
+
+} // namespace
+
+bool isNullValue(const CMPIData& data) {
+    return (data.state & (CMPI_nullValue | CMPI_notFound | CMPI_badValue)) != 0;
+}
+
+OwnedPropValue copyValue(const CMPIData& data) {
+    OwnedPropValue copy(new PropValue);
+    copy->data = new CMPIData(data);
+    if (isNullValue(data))
+        std::memset(&copy->data->value, 0, sizeof copy->data->value);
+    else
+        cloneContent(*copy->data);
+    return copy;
+}
+
+OwnedPropValue copyValue(const CMPIData& data, CMPIConstClass* cimclass, const std::string& name) {
+    OwnedPropValue copy = copyValue(data);
+    if (cimclass)
+        copy->values = qualifierArray(cimclass, name, "Values");
+    if (copy->values)
+        copy->valuemap = qualifierArray(cimclass, name, "ValueMap");
+    return copy;
+}
+
+void freePropValue(PropValue* value) {
+    if (!value)
+        return;
+    if (value->data && !isNullValue(*value->data))
+        releaseContent(*value->data);
+    delete value->data;
+    releaseMember(value->values);
+    releaseMember(value->valuemap);
+    delete value;
+}
+
+std::string harmless(std::string text) {
+    for (char& c : text) {
+        const unsigned char byte = static_cast<unsigned char>(c);
+        if ((byte < 0x20 && c != '\t' && c != '\n' && c != '\r') || byte == 0x7f)
+            c = '?';
+    }
+    return text;
+}
+
+ShownText shownText(const CMPIData& data, CMPIArray* values, CMPIArray* valuemap) {
+    if (isNullValue(data))
+        return {"NULL", std::nullopt};
+    const std::string text =
+        cimValueText(static_cast<CMPIType>(data.type & ~CMPI_ARRAY), data.value);
+    std::optional<std::string> name;
+    if (values && valuemap)
+        name = mappedName(text, values, valuemap);
+    if (name)
+        name = harmless(*name);
+    return {harmless(text), name};
+}
+
+bool isArray(const PropValue& value) {
+    return value.data && (value.data->type & CMPI_ARRAY);
+}
+
+bool isNullArray(const PropValue& value) {
+    return isArray(value) && (isNullValue(*value.data) || !value.data->value.array);
+}
+
+std::vector<ShownText> shownElements(const PropValue& value) {
+    std::vector<ShownText> elements;
+    if (!isArray(value) || isNullArray(value))
+        return elements;
+    CMPIArray* array = value.data->value.array;
+    const CMPICount size = sizeOf(array);
+    elements.reserve(size);
+    for (CMPICount i = 0; i < size; ++i) {
+        CimStatus status;
+        const CMPIData element = array->ft->getElementAt(array, i, status.out());
+        elements.push_back(shownText(element, value.values, value.valuemap));
+    }
+    return elements;
+}
+
+void COutputer::SET_VALUE_VALUEMAP_STR(CMPIData* data, CMPIArray* values, CMPIArray* valuemap,
+                                       char** value, char** value_string) {
+    const CMPIData null = {CMPI_null, CMPI_nullValue, {}};
+    const ShownText text = shownText(data ? *data : null, values, valuemap);
+    *value = heapText(text.value);
+    *value_string = text.name ? heapText(*text.name) : nullptr;
+}
+
+} // namespace velmora_clp
