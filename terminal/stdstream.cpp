@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <iostream>
 
 namespace {
@@ -134,16 +135,19 @@ int stdStream::WindowSize(int& columns, int& rows) {
 
 int stdStream::getLine(void* buf, int size, bool echo) {
     char* const text = static_cast<char*>(buf);
-    char* continued = text;
     int total = 0;
     for (;;) {
         LineEdit editor(this);
-        void* previous = total > 0 ? continued : nullptr;
+        void* previous = total > 0 ? text : nullptr;
         const int room = size - total;
-        const int count =
-            editor.getLine(text + total, room, echo, previous != nullptr ? &previous : nullptr);
+        const int count = editor.getLine(text + total, room, echo, &previous);
         if (count < 0)
             return count == CLOSED ? CLOSED : FAILED;
+        if (previous == nullptr) {
+            // A line recalled from the history stands for all that was typed before it.
+            std::memmove(text, text + total, static_cast<std::size_t>(count));
+            total = 0;
+        }
         total += count;
         if (count == room || count == 0 || text[total - 1] != CONTINUATION)
             break;

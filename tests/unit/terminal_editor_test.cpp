@@ -220,6 +220,38 @@ TEST_F(Editor, ClosedInputAndAFullBufferAreTold) {
     EXPECT_EQ(std::string(buf, sizeof buf), "12345678");
 }
 
+TEST_F(Editor, ContinuedLinesAreOneLineAndRecalledAsOne) {
+    PreparedStream terminal(20);
+    terminal.CreateHistoryBuf();
+    std::string older = "version";
+    terminal.history()->push(older);
+    terminal.keys = "show `\r-level 2`\r sp1\r" + UP + "\r" + "cd `\r/x" + UP + UP + UP + "\r";
+    char buf[64];
+    const auto line = [&] {
+        const int n = terminal.getLine(buf, sizeof buf, true);
+        return n < 0 ? "<closed>" : std::string(buf, static_cast<std::size_t>(n));
+    };
+    EXPECT_EQ(line(), "show -level 2 sp1");
+    EXPECT_EQ(line(), "show -level 2 sp1");
+    EXPECT_EQ(line(), "version") << "the recalled line stands for both parts";
+    EXPECT_EQ(line(), "<closed>");
+}
+
+TEST_F(Editor, CompletionInAContinuedLineSeesTheWholeLineAndDrawsItAgain) {
+    LineEdit::helpFunc = [](const std::string& asked) {
+        s_asked = asked;
+        return std::vector<std::string>{"system1", "system2"};
+    };
+    PreparedStream terminal(40);
+    terminal.keys = "show `\r/admin1/sy\t1\r";
+    char buf[64];
+    EXPECT_EQ(std::string(buf, static_cast<std::size_t>(terminal.getLine(buf, sizeof buf, true))),
+              "show /admin1/system1");
+    EXPECT_EQ(s_asked, "show /admin1/sy");
+    EXPECT_EQ(terminal.screen.rows(), (Rows{"show `", "/admin1/sy", "system1    system2",
+                                            LineEdit::m_prompt + "show `", "/admin1/system1"}));
+}
+
 // Any mixture of keys leaves the screen showing prompt and text, at every width.
 TEST_F(Editor, TheScreenShowsTheTextAfterAnyMixtureOfKeys) {
     std::mt19937 random(7);
