@@ -80,6 +80,7 @@ int LineEdit::getLine(void* buf, int size, bool echo, void** continuation) {
         if (byte == '\n' || byte == '\r') {
             if (m_term == "XTERM")
                 m_stream->read(&byte, 1);
+            leaveLine();
             break;
         }
         if (pending.size() < LONGEST_KEY)
@@ -227,6 +228,14 @@ void LineEdit::process_down() {
 
 bool LineEdit::continued() const {
     return m_continuation && *m_continuation;
+}
+
+// The line break that follows must not end up among the rows of the text.
+void LineEdit::leaveLine() {
+    const int end = m_line.length() - m_begin;
+    const int row = (m_line.cursor() - m_begin) / m_width;
+    if (row != end / m_width)
+        process_right(m_line.length());
 }
 
 // Leaves the last row of the text, wherever in it the cursor stands.

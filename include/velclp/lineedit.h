@@ -63,6 +63,7 @@ private:
     void processPlain(char byte);
     void moveBy(int n);
     bool continued() const;
+    void leaveLine();
     void newRow();
     void complete(const std::string& word, const std::string& completion);
     void writeAside(const std::string& text);
