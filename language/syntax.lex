@@ -99,6 +99,10 @@ session                 return scanTarget(yytext, TK_SESSION);
 {PATH}                  return scanTarget(yytext, TK_PATH);
 {SEP}?({SEGMENT}{SEP})*{CLASS}"*"   return scanTarget(yytext, TK_CLASS_WILDCARD);
 ({PATH}|session)?"=>"{CLASS}("=>"{PATH}?)?  return scanTarget(yytext, TK_ASSOC_TARGET);
+(OEMVELMORA_)?[A-Za-z]*session[A-Za-z]* {
+                            SKIP_IN_HELP;
+                            return TK_BAD_TARGET;
+                        }
 {CLASS}                 return scanTarget(yytext, TK_CLASS_NAME);
 {RUN}                   {
                             SKIP_IN_HELP;

@@ -1,0 +1,274 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "language/scanner.h"
+#include "language/syntax.h"
+
+namespace {
+
+const std::map<int, const char*> NAMES{{TK_ILLEGAL, "ILLEGAL"}, {TK_BAD_TARGET, "BAD_TARGET"},
+                                       {TK_BAD_ARG, "BAD_ARG"}, {TK_NEXT_OPTION, "NEXT_OPTION"},
+                                       {TK_COMMA, ","},         {TK_EQUAL, "="},
+                                       {TK_DOUBLE_EQUAL, "=="}, {TK_BLANK, "_"}};
+const std::map<int, const char*> WORDS{
+    {TK_SHOW, "SHOW"},
+    {TK_UNKNOWN_VERB, "UNKNOWN_VERB"},
+    {TK_CLASS_NAME, "CLASS"},
+    {TK_NUMBERED_NAME, "NUMBERED"},
+    {TK_ASSOC_TARGET, "ASSOC"},
+    {TK_PATH, "PATH"},
+    {TK_CLASS_WILDCARD, "WILDCARD"},
+    {TK_SESSION, "SESSION"},
+    {TK_KEEP_VALUE, "KEEP"},
+    {TK_URI, "URI"},
+    {TK_LEVEL_VALUE, "LEVEL"},
+    {TK_FORMAT, "format"},
+    {TK_FORMAT_VALUE, "FORMAT"},
+    {TK_ORDER_VALUE, "ORDER"},
+    {TK_LANGUAGE_VALUE, "LANGUAGE"},
+    {TK_COUNT, "count"},
+    {TK_COUNT_VALUE, "COUNT"},
+    {TK_ALL, "all"},
+    {TK_TARGETS, "targets"},
+    {TK_PROP_NAME, "NAME"},
+    {TK_PROP_ARRAY_NAME, "ARRAY"},
+    {TK_PROP_VALUE, "VALUE"},
+    {TK_NAME_LIST, "NAMES"},
+    {TK_VALUE_LIST, "VALUES"},
+    {TK_HELP_TERM, "TERM"},
+};
+
+std::string spelled(int token) {
+    if (token == TK_NUMBER_VALUE)
+        return "RANGE(" + std::to_string(yylval.range[0]) + "," + std::to_string(yylval.range[1]) +
+               ")";
+    const auto name = NAMES.find(token);
+    if (name != NAMES.end())
+        return name->second;
+    const auto word = WORDS.find(token);
+    return (word == WORDS.end() ? std::to_string(token) : word->second) +
+           ("(" + std::string(yylval.sval) + ")");
+}
+
+// The tokens of a text, scanned in one state as far as the scanner itself goes.
+std::string scan(lex_state state, const std::string& text, bool help = false) {
+    flex_init();
+    flex_change_state(state);
+    flex_help = help;
+    lex_buf = &text;
+    lex_buf_position = 0;
+    std::string result;
+    for (int token = yylex(); token != 0; token = yylex())
+        result += (result.empty() ? "" : " ") + spelled(token);
+    flex_init();
+    lex_buf = nullptr;
+    return result;
+}
+
+using Cases = std::vector<std::pair<std::string, std::string>>;
+
+void expectTokens(lex_state state, const Cases& cases) {
+    for (const auto& [text, tokens] : cases)
+        EXPECT_EQ(scan(state, text), tokens) << "'" << text << "'";
+}
+
+TEST(Scanner, TakesLettersAsTheVerb) {
+    expectTokens(LEX_VERB, {{"  \tshow", "SHOW(show)"},
+                            {"ShOw", "SHOW(ShOw)"},
+                            {"shows", "UNKNOWN_VERB(shows)"},
+                            {"show1", "SHOW(show) ILLEGAL"},
+                            {"/", "ILLEGAL"},
+                            {"", ""}});
+}
+
+TEST(Scanner, TellsOptionsNamesAndTargetsApartBehindTheVerb) {
+    scan(LEX_VERB, "show");
+    expectTokens(LEX_MAIN, {{"-ALL", "283(-all)"},
+                            {"-level=5", "295()"},
+                            {"-", "ILLEGAL"},
+                            {"name a_b", "NAME(name) NAME(a_b)"},
+                            {"a1b", "NAME(a1b)"},
+                            {"Name[12]", "ARRAY(Name:12)"},
+                            {"show", "ILLEGAL"},
+                            {"a==b", "NAME(a) == NAME(b)"},
+                            {"a=b", "NAME(a) ILLEGAL NAME(b)"},
+                            {"a=15", "NAME(a) ILLEGAL BAD_TARGET"},
+                            {"\"", "ILLEGAL"}});
+    // A digit or "*" at the end makes no target of a name with its value.
+    EXPECT_EQ(scan(LEX_MAIN, "count=5").substr(0, 19), "NAME(count) ILLEGAL");
+    EXPECT_EQ(scan(LEX_MAIN, "a=\"x y1\"").substr(0, 15), "NAME(a) ILLEGAL");
+}
+
+TEST(Scanner, KnowsEveryFormOfATarget) {
+    expectTokens(LEX_MAIN, {{"/", "PATH(/)"},
+                            {"\\", "PATH(\\)"},
+                            {".", "PATH(.)"},
+                            {"..", "PATH(..)"},
+                            {"../sys01", "PATH(../sys01)"},
+                            {"/Admin1\\System1", "PATH(/Admin1\\System1)"},
+                            {"a10", "PATH(a10)"},
+                            {"a01", "PATH(a01)"},
+                            {"OEMVelmora_fan1", "PATH(OEMVelmora_fan1)"},
+                            {"a010", "BAD_TARGET"},
+                            {"a0", "BAD_TARGET"},
+                            {"a00", "BAD_TARGET"},
+                            {"1", "BAD_TARGET"},
+                            {"admin1/", "BAD_TARGET"},
+                            {"a1//b1", "BAD_TARGET"},
+                            {"a1/b", "BAD_TARGET"},
+                            {".../a1", "BAD_TARGET"},
+                            {"a_b1", "BAD_TARGET"},
+                            {"x=y.z", "BAD_TARGET"},
+                            {"sys*", "WILDCARD(sys*)"},
+                            {"/sys*", "WILDCARD(/sys*)"},
+                            {"\\sys*", "WILDCARD(\\sys*)"},
+                            {"a1/b*", "WILDCARD(a1/b*)"},
+                            {"a1/*", "BAD_TARGET"},
+                            {"a1/b1*", "BAD_TARGET"},
+                            {"SESSION", "SESSION(SESSION)"},
+                            {"session", "BAD_TARGET"},
+                            {"Session1", "BAD_TARGET"},
+                            {"XSESSIONY", "BAD_TARGET"},
+                            {"sessiontimeout=5", "BAD_TARGET"},
+                            {"=>a", "ASSOC(=>a)"},
+                            {"=>a=>", "ASSOC(=>a=>)"},
+                            {"=>a=>b1/c2", "ASSOC(=>a=>b1/c2)"},
+                            {"a1=>B=>c2", "ASSOC(a1=>B=>c2)"},
+                            {"/a1=>b=>/c2", "ASSOC(/a1=>b=>/c2)"},
+                            {"SESSION=>a", "ASSOC(SESSION=>a)"},
+                            {"=>a=>b", "BAD_TARGET"},
+                            {"=>", "BAD_TARGET"},
+                            {"a1=>b1", "BAD_TARGET"}});
+    // Once in a target, the rest of the line is scanned as targets.
+    EXPECT_EQ(scan(LEX_MAIN, "/a1 name -all"), "PATH(/a1) CLASS(name) BAD_TARGET");
+}
+
+TEST(Scanner, ReadsEveryWordBehindHelpAsATopic) {
+    for (const char* word : {"name", "/a1", "a[3]", "session", "show", "==", "=>x", "a5"})
+        EXPECT_EQ(scan(LEX_MAIN, word, true), "TERM(" + std::string(word) + ")");
+    expectTokens(LEX_HELP_ARG, {{"a  b", "TERM(a) _ TERM(b)"},
+                                {"x==y", "TERM(x==y)"},
+                                {"a\"b=\"", "TERM(a\"b=\")"},
+                                {"-all", "TERM(-all)"},
+                                {"(", "ILLEGAL"},
+                                {"a,b", "TERM(a) ILLEGAL TERM(b)"},
+                                {"\x80", "ILLEGAL"}});
+}
+
+TEST(Scanner, ReadsTheArgumentsOfKeepAndLevel) {
+    expectTokens(LEX_KEEP_ARG, {{"5", "KEEP(5)"},
+                                {"\t1.2.3", "KEEP(1.2.3)"},
+                                {"5.", "BAD_ARG"},
+                                {"5x", "BAD_ARG"},
+                                {"-", "BAD_ARG"},
+                                {"-a", "NEXT_OPTION"},
+                                {"5\"", "BAD_ARG"}});
+    expectTokens(LEX_LEVEL_ARG, {{"ALL", "LEVEL(all)"},
+                                 {"010", "LEVEL(010)"},
+                                 {"0", "BAD_ARG"},
+                                 {"00", "BAD_ARG"},
+                                 {"1x", "BAD_ARG"},
+                                 {"-1", "NEXT_OPTION"},
+                                 {"-", "BAD_ARG"}});
+}
+
+TEST(Scanner, AcceptsUrisBareOrQuoted) {
+    expectTokens(LEX_URI_ARG, {{"http://h/F.bin", "URI(http://h/F.bin)"},
+                               {"\"ftp://u@h/a,b\"", "URI(ftp://u@h/a,b)"},
+                               {"nouri", "BAD_ARG"},
+                               {"\"\"", "BAD_ARG BAD_ARG"},
+                               {"\"", "BAD_ARG"},
+                               {"-all", "NEXT_OPTION"}});
+}
+
+TEST(Scanner, ReadsTheListOfOutput) {
+    expectTokens(LEX_OUTPUT_ARG, {{"Format=(CLPXML)", "format(format) = FORMAT(clpxml)"},
+                                  {"TEXT,keyword", "FORMAT(text) , FORMAT(keyword)"},
+                                  {"textual", "BAD_ARG"},
+                                  {"(text", "BAD_ARG"},
+                                  {"(Eng)", "LANGUAGE(eng)"},
+                                  {"reverse", "ORDER(reverse)"},
+                                  {"12", "COUNT(12)"},
+                                  {"()", "COUNT()"},
+                                  {"(all)", "COUNT(all)"},
+                                  {"1-5", "RANGE(1,5)"},
+                                  {"(00007-99999)", "RANGE(7,99999)"},
+                                  {"5-1", "BAD_ARG"},
+                                  {"123456-1", "BAD_ARG"},
+                                  {"-x", "NEXT_OPTION"},
+                                  {"-", "BAD_ARG"},
+                                  {"\"x\"", "BAD_ARG BAD_ARG BAD_ARG"},
+                                  {" \t ", "_"}});
+}
+
+TEST(Scanner, ReadsTheListOfDisplay) {
+    expectTokens(LEX_DISPLAY_ARG, {{"Targets=Sys", "targets(targets) = CLASS(sys)"},
+                                   {"all", "all(all)"},
+                                   {"OEMVELMORA_x", "CLASS(oemvelmora_x)"},
+                                   {"cim_foo", "NUMBERED(cim_foo)"},
+                                   {"a1b", "NUMBERED(a1b)"},
+                                   {"a1", "BAD_ARG"},
+                                   {"(A,b)", "NAMES(a:b)"},
+                                   {"(cim_foo,a)", "VALUES(cim_foo:a)"},
+                                   {"(a,b1)", "BAD_ARG , BAD_ARG"},
+                                   {"-x", "NEXT_OPTION"}});
+}
+
+TEST(Scanner, ReadsPropertyNamesAndValues) {
+    expectTokens(LEX_PROPERTY, {{"aB a[3]", "NAME(aB) ARRAY(a:3)"},
+                                {"a1", "NAME(a) ILLEGAL"},
+                                {"version", "ILLEGAL"},
+                                {"=", "ILLEGAL"},
+                                {"-all", "ILLEGAL NAME(all)"}});
+    expectTokens(LEX_VALUE, {{"=Val", "= VALUE(Val)"},
+                             {"==Val", "== VALUE(Val)"},
+                             {"A,b_c", "VALUES(a:b_c)"},
+                             {"a1,b2", "VALUE(a1) ILLEGAL VALUE(b2)"},
+                             {"a.b", "ILLEGAL"},
+                             {"a\"b", "ILLEGAL"},
+                             {"xSESSION", "ILLEGAL"},
+                             {" a", "ILLEGAL VALUE(a)"},
+                             {"a\n", "VALUE(a) ILLEGAL"},
+                             {"\"a.b (x), y\"", "VALUE(a.b (x), y)"},
+                             {"\"\"", "VALUE()"},
+                             {"\"a`\"b\"", "VALUE(a`\"b)"},
+                             {"\"a`b\"", "VALUE(a`b)"},
+                             {"\"a`\"", "ILLEGAL ILLEGAL"},
+                             {"\"open", "ILLEGAL VALUE(open)"}});
+}
+
+TEST(Scanner, RefusesTokensThatAreTooLongForTheirPlace) {
+    const std::string longest(254, 'a');
+    EXPECT_EQ(scan(LEX_PROPERTY, longest), "NAME(" + longest + ")");
+    EXPECT_EQ(scan(LEX_PROPERTY, longest + "a"), "ILLEGAL");
+    EXPECT_EQ(scan(LEX_VERB, longest + "a"), "ILLEGAL");
+    EXPECT_EQ(scan(LEX_MAIN, "/" + longest + "1"), "ILLEGAL");
+    EXPECT_EQ(scan(LEX_VALUE, "\"" + longest + "\""), "ILLEGAL");
+    EXPECT_EQ(scan(LEX_KEEP_ARG, std::string(255, '1')), "ILLEGAL");
+    EXPECT_EQ(scan(LEX_HELP_ARG, longest + "a"), "ILLEGAL");
+    EXPECT_EQ(scan(LEX_URI_ARG, "file:///" + longest), "ILLEGAL");
+    EXPECT_EQ(scan(LEX_MAIN, std::string(100000, '/')), "BAD_TARGET");
+}
+
+TEST(Scanner, HandsOutTheLineInPieces) {
+    const std::string line = "abcde";
+    char piece[3];
+    lex_buf = &line;
+    lex_buf_position = 0;
+    EXPECT_EQ(my_yyinput(piece, 3), 3);
+    EXPECT_EQ(std::string(piece, 3), "abc");
+    EXPECT_EQ(my_yyinput(piece, 3), 2);
+    EXPECT_EQ(std::string(piece, 2), "de");
+    EXPECT_EQ(my_yyinput(piece, 3), 0);
+    lex_buf = nullptr;
+    EXPECT_DEATH(my_yyinput(nullptr, 3), "buf!=__null&&max_size>0");
+    EXPECT_DEATH(my_yyinput(piece, 0), "buf!=__null&&max_size>0");
+}
+
+TEST(Scanner, FormatsAnIndexedNameAsAPath) {
+    EXPECT_EQ(format_property_array("foo[3]"), "foo:3");
+    EXPECT_DEATH(format_property_array(nullptr), "str!=__null");
+}
+
+} // namespace

@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "velclp/optionsymbol.h"
+#include "velclp/reservedsymbol.h"
+#include "velclp/verbsymbol.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+TEST(Verbs, AreKnownInAnyCaseAndListedInTheirOrder) {
+    EXPECT_EQ(lookupVerbSymbol("SHOW"), 271);
+    EXPECT_EQ(lookupVerbSymbol("Load"), 276);
+    EXPECT_EQ(lookupVerbSymbol(""), 262);
+    EXPECT_EQ(lookupVerbSymbol("shows"), 263);
+    EXPECT_EQ(lookupVerbSymbol("sho"), 263);
+    EXPECT_EQ(getSupportedVerbs(), (Names{"cd", "create", "delete", "exit", "help", "dump", "load",
+                                          "reset", "set", "show", "start", "stop", "version"}));
+    EXPECT_DEATH(lookupVerbSymbol(nullptr), "ele!=__null");
+}
+
+// What each verb makes of each option: itself (+), not allowed (.), not implemented (u).
+TEST(Options, OfEveryVerbAreThoseOfTheMatrix) {
+    const Names options{"-all",  "-destination", "-display", "-examine", "-force",   "-help",
+                        "-keep", "-level",       "-output",  "-source",  "-version", "-wait"};
+    const std::map<std::string, std::string> matrix{
+        {"cd", "...+.++.+.++"},     {"create", "...+.++.++++"}, {"delete", "...++++.+.++"},
+        {"dump", ".+.+u+u.+.+u"},   {"exit", "...+.+u.+.+."},   {"help", "...+.+u.+.+u"},
+        {"load", "...+u+u.+++u"},   {"reset", "...++++.+.++"},  {"set", "...+++u.+.++"},
+        {"show", "+.+++++++.++"},   {"start", "...++++.+.++"},  {"stop", "...++++.+.++"},
+        {"version", "...+.+u.+.++"}};
+    ASSERT_EQ(matrix.size(), getSupportedVerbs().size());
+    for (const auto& [verb, row] : matrix) {
+        Names supported;
+        for (std::size_t i = 0; i < options.size(); ++i) {
+            std::string name;
+            const short token =
+                lookupOptionSymbol(lookupVerbSymbol(verb.c_str()), options[i].c_str(), name);
+            const short own = static_cast<short>(283 + i);
+            const short expected = row[i] == '+' ? own : row[i] == 'u' ? short{296} : short{295};
+            EXPECT_EQ(token, expected) << verb << " " << options[i];
+            EXPECT_EQ(name, options[i]);
+        }
+    }
+}
+
+TEST(Options, HaveShortFormsInAnyCase) {
+    const std::map<std::string, std::string> forms{
+        {"-a", "-all"},   {"-D", "-display"}, {"-x", "-examine"}, {"-F", "-force"},
+        {"-h", "-help"},  {"-k", "-keep"},    {"-L", "-level"},   {"-o", "-output"},
+        {"-ALL", "-all"}, {"-v", "-version"}, {"-w", "-wait"}};
+    for (const auto& [word, longName] : forms) {
+        std::string name;
+        EXPECT_LT(lookupOptionSymbol(271, word.c_str(), name), 295) << word;
+        EXPECT_EQ(name, longName);
+    }
+    std::string name = "untouched";
+    EXPECT_EQ(lookupOptionSymbol(265, "-s", name), 292);
+    EXPECT_EQ(name, "-source");
+    name = "untouched";
+    EXPECT_EQ(lookupOptionSymbol(271, "-q", name), 295);
+    EXPECT_EQ(name, "untouched");
+}
+
+TEST(Options, AreListedInTheOrderOfTheVerbWithoutTheUnimplementedOnes) {
+    EXPECT_EQ(getSupportedOptions(270),
+              (Names{"-examine", "-force", "-help", "-output", "-version", "-wait"}));
+    EXPECT_EQ(getSupportedOptions(275),
+              (Names{"-destination", "-examine", "-help", "-output", "-version"}));
+    EXPECT_EQ(getSupportedOptions(265),
+              (Names{"-examine", "-source", "-help", "-keep", "-output", "-version", "-wait"}));
+    EXPECT_EQ(getSupportedOptions(276),
+              (Names{"-examine", "-help", "-output", "-source", "-version"}));
+    EXPECT_EQ(getSupportedOptions(271), (Names{"-all", "-display", "-examine", "-force", "-help",
+                                               "-keep", "-level", "-output", "-version", "-wait"}));
+}
+
+TEST(Options, OfAWordThatIsNoVerbEndTheProcess) {
+    std::string name;
+    EXPECT_DEATH(lookupOptionSymbol(263, "-all", name),
+                 "vindex!=sizeof\\(verbs\\)/sizeof\\(short\\)");
+    EXPECT_DEATH(getSupportedOptions(262), "vindex!=sizeof\\(verbs\\)/sizeof\\(short\\)");
+    EXPECT_DEATH(lookupOptionSymbol(271, nullptr, name), "option!=__null");
+}
+
+TEST(ReservedStrings, AreFoundAnywhereInTheirOwnCase) {
+    for (const char* plain : {"abc", "", "session", "a+b", "x>y", "a:b", "a'b"})
+        EXPECT_FALSE(lookupReservedSymbol(plain)) << plain;
+    for (const char* reserved : {"a b", "a\tb", "a\nb", "a\rb", "a\\b", "a,b", "a-b", "a=b", "a/b",
+                                 "a.b", "a\"b", "xSESSIONy", "a`b", "a(b", "a)b"})
+        EXPECT_TRUE(lookupReservedSymbol(reserved)) << reserved;
+    EXPECT_DEATH(lookupReservedSymbol(nullptr), "ele!=__null");
+}
+
+} // namespace
