@@ -103,10 +103,12 @@ Handle::~Handle() {
 
 void Handle::configure() {
     sqlite3_extended_result_codes(m_db, 1);
-    // The log's files stay: whoever comes next need not be allowed to make files beside it.
+    // The log's files stay, since whoever comes next may not be allowed to make files beside the
+    // database; but empty, or the next to open it would have to read the log again.
     int persist = 1;
     sqlite3_file_control(m_db, nullptr, SQLITE_FCNTL_PERSIST_WAL, &persist);
-    for (const char* pragma : {"PRAGMA synchronous=NORMAL", "PRAGMA journal_mode=WAL"}) {
+    for (const char* pragma :
+         {"PRAGMA synchronous=NORMAL", "PRAGMA journal_mode=WAL", "PRAGMA journal_size_limit=0"}) {
         const int result = sqlite3_exec(m_db, pragma, nullptr, nullptr, nullptr);
         if (result != SQLITE_OK)
             fail(m_db, result, pragma);
