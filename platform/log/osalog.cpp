@@ -1,5 +1,6 @@
 #include "log/osalog.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdarg>
@@ -25,7 +26,10 @@ struct Pending {
     int line;
 };
 
-thread_local Pending pending{0, nullptr, nullptr, 0};
+// Records that were begun and not yet written: computing a record's values may write others.
+constexpr std::size_t mostPending = 8;
+thread_local std::array<Pending, mostPending> pending;
+thread_local std::size_t pendingCount = 0;
 
 // The descriptor of the log file, -1 for syslog. Writers hold the lock, so that a file is not
 // closed under them.
@@ -114,13 +118,19 @@ void emitRecord(const Pending& record, const char* text) {
 } // namespace
 
 void osalogpre(int level, const char* function, const char* file, int line) {
-    pending = {level, function != nullptr ? function : "", file != nullptr ? file : "", line};
+    if (pendingCount == mostPending) {
+        std::move(pending.begin() + 1, pending.end(), pending.begin());
+        --pendingCount;
+    }
+    pending[pendingCount++] = {level, function != nullptr ? function : "",
+                               file != nullptr ? file : "", line};
 }
 
 void osalogmini(const char* format, ...) {
-    const Pending record = pending;
-    pending.function = nullptr;
-    if (record.function == nullptr || !osalog_enabled(record.level))
+    if (pendingCount == 0)
+        return;
+    const Pending record = pending[--pendingCount];
+    if (!osalog_enabled(record.level))
         return;
     const int savedErrno = errno;
     std::array<char, longestRecord> text;

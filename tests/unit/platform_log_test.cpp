@@ -64,8 +64,20 @@ TEST_F(Log, NeedsBothCallsOfThePair) {
     osalogpre(OSALOG_FAILURE, "CLP.Test.run", "file.cpp", 1);
     osalogmini("once");
     osalogmini("twice");
-    EXPECT_NE(std::string::npos, text().find("CLP.Test.run file.cpp:1: once\n"));
-    EXPECT_EQ(1, std::count(text().begin(), text().end(), '\n'));
+    const std::string kept = text();
+    EXPECT_NE(std::string::npos, kept.find("CLP.Test.run file.cpp:1: once\n"));
+    EXPECT_EQ(1, std::count(kept.begin(), kept.end(), '\n'));
+}
+
+TEST_F(Log, KeepsARecordWhoseValuesAreComputedByCodeThatLogs) {
+    const auto inner = [] {
+        VELCLP_LOG_FAILURE("CLP.Test.inner", "inner");
+        return 3;
+    };
+    VELCLP_LOG_FAILURE("CLP.Test.outer", "outer %d", inner());
+    EXPECT_NE(std::string::npos, text().find(": inner\n"));
+    EXPECT_NE(std::string::npos, text().find("CLP.Test.outer platform_log_test.cpp"));
+    EXPECT_NE(std::string::npos, text().find(": outer 3\n"));
 }
 
 TEST_F(Log, KeepsARecordOnOneLineWhateverItsValues) {
