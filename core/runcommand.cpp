@@ -24,6 +24,8 @@ const unsigned FIRST_PRIVATE_FD = 3;
     close_range(FIRST_PRIVATE_FD, ~0U, 0);
     for (int signal = 1; signal < NSIG; ++signal)
         std::signal(signal, SIG_DFL);
+    // Nobody here would ever continue a program that the suspend key had stopped.
+    std::signal(SIGTSTP, SIG_IGN);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
