@@ -21,6 +21,8 @@ class DBConnection;
 
 namespace velmora_clp {
 
+class CimPaths;
+
 class CLPAddrSVC {
 public:
     // Works over the client, which the caller keeps and which must not be null. Takes a connection
@@ -147,7 +149,23 @@ private:
     struct ConnectionCloser {
         void operator()(DBConnection* connection) const;
     };
-    struct CachedRow;
+    // Makes a counter that starts at 1, unless there is one.
+    void openCounter(const std::string& key);
+    // The names of all objects at the top of the tree.
+    CMPIEnumeration* enumerateRoot(const std::string& ns, CMPIStatus* status);
+    // The object of an address, none when it is no address; more than one ends the process.
+    CimPaths resolveOne(const std::string& address, const char* assertion);
+    // The instances of an association class that tie an object to another, or to any.
+    std::vector<CMPIObjectPath*> associationsBetween(CMPIObjectPath* object,
+                                                     const std::string& association,
+                                                     CMPIObjectPath* other);
+    // Whether an instance passes a tag's filter.
+    bool matchTag(const std::string& cimclass, CMPIInstance* instance,
+                  const std::vector<std::pair<std::string, std::string>>& filter);
+    // The number that a request (0 for any) gives under a counter, which moves behind it.
+    int takeNumber(const std::string& key, int requested);
+    // Whether an object has a row.
+    bool isCached(CMPIObjectPath* object);
 
     CMCIClient* cc;
     std::unique_ptr<DBConnection, ConnectionCloser> db;

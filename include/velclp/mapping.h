@@ -115,6 +115,19 @@ public:
                                CMPIObjectPath* path);
 
 private:
+    // Invokes a method and turns its failure or its return value into an error.
+    JobError* invoke(CMPIObjectPath* path, const char* method, CMPIArgs* in, CMPIArgs* out);
+    // Reads a property of the association between a system and its power management service.
+    JobError* showSystemProperty(const std::string& ufct, CMPIObjectPath* path,
+                                 const std::string& name, CMPIArgs* outP);
+    JobError* clearLog(CMPIObjectPath* path, const std::string& method);
+    // Shows the progress of an update's job until it has ended; null for one that is not there.
+    void followUpdate(CMPIObjectPath* job);
+    // The last state that the job was seen in.
+    int pollUpdate(CMPIObjectPath* job);
+    // Progress output; nothing without a transport.
+    void progress(const char* text, bool endLine);
+
     CMCIClient* cc;
     Transport* transport;
 };
