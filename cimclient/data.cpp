@@ -1,0 +1,149 @@
+#include "data.h"
+
+#include "objects.h"
+
+#include <utility>
+
+namespace cimclient {
+
+namespace {
+
+template<typename Object>
+void releaseObject(Object* object) {
+    if (object)
+        object->ft->release(object);
+}
+
+template<typename Object>
+Object* cloneObject(Object* object) {
+    CMPIStatus rc{};
+    return object ? object->ft->clone(object, &rc) : nullptr;
+}
+
+// Calls `action` with the pointer member that belongs to the type; false for types without one.
+template<typename Value, typename Action>
+bool withObject(CMPIType type, Value& value, Action action) {
+    if (type & CMPI_ARRAY)
+        return action(value.array), true;
+    switch (type) {
+    case CMPI_instance:
+        return action(value.inst), true;
+    case CMPI_ref:
+        return action(value.ref), true;
+    case CMPI_args:
+        return action(value.args), true;
+    case CMPI_class:
+        return action(value.cls), true;
+    case CMPI_enumeration:
+        return action(value.Enum), true;
+    case CMPI_string:
+    case CMPI_numericString:
+    case CMPI_booleanString:
+    case CMPI_dateTimeString:
+        return action(value.string), true;
+    case CMPI_dateTime:
+        return action(value.dateTime), true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+bool isObjectType(CMPIType type) {
+    const CMPIValue value{};
+    return withObject(type, value, [](auto*) {});
+}
+
+Data::Data(CMPIType type, CMPIValue value, CMPIValueState state) : m_data{type, state, value} {}
+
+Data::Data(Data&& other) noexcept : m_data(other.release()) {}
+
+Data& Data::operator=(Data&& other) noexcept {
+    if (this != &other) {
+        Data old(std::move(*this));
+        m_data = other.release();
+    }
+    return *this;
+}
+
+Data::~Data() {
+    withObject(m_data.type, m_data.value, [](auto* object) { releaseObject(object); });
+}
+
+Data Data::ofString(CMPIString* string) {
+    CMPIValue value{};
+    value.string = string;
+    return {CMPI_string, value};
+}
+
+Data Data::ofText(const char* text) {
+    return ofString(newString(text));
+}
+
+Data Data::ofReference(CMPIObjectPath* path) {
+    CMPIValue value{};
+    value.ref = path;
+    return {CMPI_ref, value};
+}
+
+Data Data::ofInstance(CMPIInstance* instance) {
+    CMPIValue value{};
+    value.inst = instance;
+    return {CMPI_instance, value};
+}
+
+Data Data::ofDateTime(CMPIDateTime* dateTime) {
+    CMPIValue value{};
+    value.dateTime = dateTime;
+    return {CMPI_dateTime, value};
+}
+
+Data Data::ofArray(CMPIArray* array) {
+    CMPIValue value{};
+    value.array = array;
+    return {static_cast<CMPIType>(CMPI_ARRAY | array->ft->getSimpleType(array, nullptr)), value};
+}
+
+CMPIrc Data::fromCaller(const CMPIValue* value, CMPIType type, Data& result) {
+    if (type == CMPI_null)
+        result = Data();
+    else if (type == CMPI_chars)
+        result = ofText(reinterpret_cast<const char*>(value));
+    else if (value)
+        result = copyOf({type, CMPI_goodValue, *value});
+    else if (isObjectType(type))
+        return CMPI_RC_ERR_INVALID_PARAMETER;
+    else
+        result = Data(type, CMPIValue{});
+    return CMPI_RC_OK;
+}
+
+Data Data::copyOf(const CMPIData& data) {
+    Data copy(data.type, data.value, data.state);
+    withObject(copy.m_data.type, copy.m_data.value,
+               [](auto*& object) { object = cloneObject(object); });
+    // The array knows best what its elements are; an empty result of a server is of no type.
+    if ((data.type & CMPI_ARRAY) && copy.m_data.value.array) {
+        CMPIArray* array = copy.m_data.value.array;
+        if (const CMPIType element = array->ft->getSimpleType(array, nullptr))
+            copy.m_data.type = static_cast<CMPIType>(CMPI_ARRAY | element);
+    }
+    return copy;
+}
+
+bool Data::isNull() const {
+    if (m_data.state & CMPI_nullValue)
+        return true;
+    bool missing = false;
+    withObject(m_data.type, m_data.value, [&](auto* object) { missing = object == nullptr; });
+    return missing;
+}
+
+CMPIData Data::release() {
+    CMPIData none{};
+    none.state = CMPI_nullValue;
+    return std::exchange(m_data, none);
+}
+
+} // namespace cimclient
