@@ -31,6 +31,10 @@ int yyerror(char* msg);
 // The words for a failure of the parser itself, in the form that yyerror takes.
 char* parserMessage(const char* text);
 
+// Fills continueTerms with what may stand in place of the word, the last one of the line that
+// y_token and y_pe tell of.
+void tab_parser(const std::string& word);
+
 // Lends a token and an error record to the parser for the length of a scope; when it ends, the
 // parser and the scanner hold nothing of the line.
 class ParseScope {

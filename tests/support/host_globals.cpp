@@ -1,10 +1,10 @@
-// The globals that a host program defines; test programs have no completion of their own.
+// The globals that a host program defines; a test program may define a completion of its own.
 #include "velclp/parser.h"
 #include "velclp/transport.h"
 
 Transport* trans = nullptr;
 
-std::vector<std::string> parser_help(const std::vector<std::string>& /*terms*/,
-                                     const std::string& /*prefix*/) {
+__attribute__((weak)) std::vector<std::string>
+parser_help(const std::vector<std::string>& /*terms*/, const std::string& /*prefix*/) {
     return {};
 }

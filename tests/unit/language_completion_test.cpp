@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "parsed_line.h"
+#include "velclp/parser.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+// What the parser asks of the engine.
+struct Question {
+    Words terms;
+    std::string word;
+    int count = 0;
+};
+Question asked;
+Words answer;
+bool engineFails = false;
+
+Words complete(const std::string& line) {
+    asked = Question();
+    return velmora_clp::CLPParser().tabContinue(line);
+}
+
+// "a|b|c (word)" for what a line asks of the engine; empty when it asks nothing.
+std::string question(const std::string& line) {
+    complete(line);
+    std::string text;
+    for (const std::string& term : asked.terms)
+        text += (&term == &asked.terms.front() ? "" : "|") + term;
+    return asked.count == 0 ? "" : text + " (" + asked.word + ")";
+}
+
+} // namespace
+
+std::vector<std::string> parser_help(const std::vector<std::string>& terms,
+                                     const std::string& word) {
+    asked = {terms, word, asked.count + 1};
+    if (engineFails)
+        throw std::runtime_error("no cache");
+    return answer;
+}
+
+namespace {
+
+TEST(Completion, OffersVerbs) {
+    const Words all{"cd",    "create", "delete", "exit",  "help", "dump",   "load",
+                    "reset", "set",    "show",   "start", "stop", "version"};
+    EXPECT_EQ(complete(""), all);
+    EXPECT_EQ(complete("sho"), Words{"show"});
+    EXPECT_EQ(complete("  S"), (Words{"set", "show", "start", "stop"}));
+    EXPECT_EQ(complete("x"), Words{});
+    EXPECT_EQ(complete("   "), Words{});
+    EXPECT_EQ(complete("123 "), Words{});
+    EXPECT_EQ(complete("foo "), Words{});
+    EXPECT_EQ(complete("foo -a"), Words{});
+    EXPECT_EQ(complete("/adm"), Words{});
+    EXPECT_EQ(asked.count, 0);
+}
+
+TEST(Completion, OffersTheOptionsOfTheVerb) {
+    EXPECT_EQ(complete("show -l"), Words{"-level"});
+    EXPECT_EQ(complete("set -"),
+              (Words{"-examine", "-force", "-help", "-output", "-version", "-wait"}));
+    EXPECT_EQ(complete("load -k"), Words{});
+    EXPECT_EQ(complete("show -all -output format=text -d"), Words{"-display"});
+    EXPECT_EQ(complete("show -q -d"), Words{"-display"});
+    EXPECT_EQ(complete("-"), Words{});
+    EXPECT_EQ(complete("foo -"), Words{});
+}
+
+TEST(Completion, AsksTheEngineForTargets) {
+    answer = {"admin1"};
+    EXPECT_EQ(complete("show /"), Words{"admin1"});
+    EXPECT_EQ(question("show "), " ()");
+    EXPECT_EQ(question("cd -x /adm"), "/adm ()");
+    EXPECT_EQ(question("show /Admin1"), "/Admin1 ()");
+    EXPECT_EQ(question("delete sys*"), "sys* ()");
+    EXPECT_EQ(question("show SESSION/"), "SESSION/ ()");
+    EXPECT_EQ(question("show a1=>"), "a1| ()");
+    EXPECT_EQ(question("show =>"), "| ()");
+    EXPECT_EQ(question("show a1=>b"), "a1|b ()");
+    EXPECT_EQ(question("show a1=>b=>"), "a1|b| ()");
+    EXPECT_EQ(question("show a1=>b=>c"), "a1|b|c ()");
+}
+
+TEST(Completion, AsksTheEngineForPropertiesBehindATarget) {
+    EXPECT_EQ(question("show /Admin1 na"), "/admin1|| (na)");
+    EXPECT_EQ(question("show SESSION "), "SESSION|| ( )");
+    EXPECT_EQ(question("set /a1 x=1 Na"), "/a1|| (Na)");
+    EXPECT_EQ(question("show a1=>B=>c1 "), "a1|b|c1 ( )");
+    EXPECT_EQ(question("show =>b x"), "|b| (x)");
+}
+
+TEST(Completion, NeverEndsTheSession) {
+    EXPECT_EQ(complete("show a1=>b=>c1=>d1"), Words{});
+    EXPECT_EQ(asked.count, 0);
+    engineFails = true;
+    EXPECT_EQ(complete("show /"), Words{});
+    EXPECT_EQ(asked.count, 1);
+    engineFails = false;
+    EXPECT_EQ(complete("show /"), answer);
+}
+
+TEST(Completion, LeavesNothingBehindForTheNextLine) {
+    for (const char* typed : {"show -o form", "set a=\"x", "help (", "show a1=>b"}) {
+        complete(typed);
+        EXPECT_EQ(ParsedLine("show -o format=text /a1 n==v").outcome(), 0) << typed;
+        EXPECT_EQ(ParsedLine("foo").outcome(), 253) << typed;
+    }
+}
+
+} // namespace
