@@ -1,6 +1,6 @@
 #include "connection.h"
 
-#include "limits.h"
+#include "calllimits.h"
 #include "status.h"
 #include "text.h"
 

@@ -1,4 +1,4 @@
-#include "limits.h"
+#include "calllimits.h"
 
 #include <mutex>
 
