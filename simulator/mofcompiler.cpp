@@ -197,6 +197,9 @@ void MofCompiler::addProperty(Class& cls, const MofFeature& source) {
     } else if (property.type != source.type || property.isArray != source.isArray) {
         throw MofError(source.place, "property " + source.name + " has another type in a superclass");
     }
+    if (source.isArray && source.type == CimType::reference) {
+        throw MofError(source.place, "only parameters may be arrays of references");
+    }
     property.propagated = false;
     describe(property, source, cls.nameSpace);
     property.qualifiers =
