@@ -7,7 +7,6 @@
 #include "simulator/providerset.h"
 #include "simulator/requestarguments.h"
 
-#include <map>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -94,6 +93,9 @@ private:
     void authorize(const Caller& caller, Change change, const Class& cls);
     void applyChanges(const Caller& caller, const ObjectPath& path,
                       const std::vector<PropertyChange>& changes);
+    /// The path with its namespace, canonical when its class is known here.
+    Value reference(ObjectPath path, const std::string& nameSpace) const;
+    Value fullReferences(const Value& value, const std::string& nameSpace) const;
     Instance draft(const Class& cls, const RawInstance& raw) const;
     const Method& demandMethod(const Request& request) const;
     Arguments readMethodArguments(const Request& request, const Method& method) const;

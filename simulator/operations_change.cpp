@@ -24,6 +24,14 @@ void Operations::authorize(const Caller& caller, Change change, const Class& cls
     }
 }
 
+Value Operations::reference(ObjectPath path, const std::string& nameSpace) const {
+    if (path.nameSpace().empty()) {
+        path.setNameSpace(nameSpace);
+    }
+    const bool known = repository_.findClass(path.nameSpace(), path.className()) != nullptr;
+    return known ? repository_.canonical(path) : path;
+}
+
 Instance Operations::draft(const Class& cls, const RawInstance& raw) const {
     Instance instance(cls);
     for (const RawProperty& sent : raw.properties) {
@@ -31,7 +39,8 @@ Instance Operations::draft(const Class& cls, const RawInstance& raw) const {
         if (!index) {
             throw CimError(CimStatus::invalidParameter, cls.name + " has no property " + sent.name);
         }
-        instance.setAt(*index, sentValue(sent, cls.properties[*index]));
+        Value value = sentValue(sent, cls.properties[*index]);
+        instance.setAt(*index, value.isPath() ? reference(*value.toPath(), cls.nameSpace) : value);
     }
     return instance;
 }
@@ -152,6 +161,20 @@ const Method& Operations::demandMethod(const Request& request) const {
     return *method;
 }
 
+Value Operations::fullReferences(const Value& value, const std::string& nameSpace) const {
+    if (value.isPath()) {
+        return reference(*value.toPath(), nameSpace);
+    }
+    if (!value.isArray()) {
+        return value;
+    }
+    Value::Array elements;
+    for (const Value& element : value.toArray()) {
+        elements.push_back(fullReferences(element, nameSpace));
+    }
+    return elements;
+}
+
 Arguments Operations::readMethodArguments(const Request& request, const Method& method) const {
     Arguments arguments;
     for (const RawParameter& sent : request.parameters) {
@@ -163,13 +186,8 @@ Arguments Operations::readMethodArguments(const Request& request, const Method& 
             throw CimError(CimStatus::typeMismatch,
                            parameter->name + " is " + typeName(parameter->type));
         }
-        Value value = typedValue(sent.value, parameter->type, parameter->isArray, parameter->name);
-        if (const ObjectPath* path = value.toPath(); path && path->nameSpace().empty()) {
-            ObjectPath full = *path;
-            full.setNameSpace(request.nameSpace);
-            value = full;
-        }
-        arguments.set(parameter->name, std::move(value));
+        const Value value = typedValue(sent.value, parameter->type, parameter->isArray, parameter->name);
+        arguments.set(parameter->name, fullReferences(value, request.nameSpace));
     }
     return arguments;
 }
