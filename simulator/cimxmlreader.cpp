@@ -94,7 +94,8 @@ ObjectPath readPath(Node node, const std::string& nameSpace, int depth) {
     }
     const Node spaceParent = full ? child(node, "NAMESPACEPATH") : node;
     const std::string space = readNamespacePath(child(spaceParent, "LOCALNAMESPACEPATH"));
-    const Node name = node.child("INSTANCENAME") ? node.child("INSTANCENAME") : node.child("CLASSNAME");
+    const Node name =
+        node.child("INSTANCENAME") ? node.child("INSTANCENAME") : node.child("CLASSNAME");
     return readPath(name, space, depth);
 }
 
@@ -187,7 +188,8 @@ RawProperty readProperty(Node node) {
     RawProperty property;
     property.name = attribute(node, "NAME");
     property.isArray = is(node, "PROPERTY.ARRAY");
-    property.type = is(node, "PROPERTY.REFERENCE") ? CimType::reference : typeAttribute(node, "TYPE");
+    property.type =
+        is(node, "PROPERTY.REFERENCE") ? CimType::reference : typeAttribute(node, "TYPE");
     for (const Node part : node.children()) {
         if (is(part, "QUALIFIER")) {
             continue;

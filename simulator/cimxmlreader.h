@@ -1,6 +1,6 @@
-// Reads a CIM-XML request (DSP0200, DSP0201). The bytes come from anyone: size is limited by the HTTP
-// server, and structure, nesting and text are checked here. Values stay as texts until the declaration
-// they belong to gives them a type.
+// Reads a CIM-XML request (DSP0200, DSP0201). The bytes come from anyone: size is limited by the
+// HTTP server, and structure, nesting and text are checked here. Values stay as texts until the
+// declaration they belong to gives them a type.
 #pragma once
 
 #include "simulator/objectpath.h"
@@ -14,7 +14,8 @@
 
 namespace velclp_sim {
 
-/// A request that cannot be answered with a CIM reply: HTTP status and CIMError header (DSP0200, 6.2).
+/// A request that cannot be answered with a CIM reply: HTTP status and CIMError header
+/// (DSP0200, 6.2).
 class RequestError : public std::runtime_error {
 public:
     RequestError(int status, std::string cimError, const std::string& detail)

@@ -328,7 +328,8 @@ void CimXmlWriter::method(const Method& method, const Shown& shown, bool localOn
 
 void CimXmlWriter::parameter(const Parameter& parameter, const Shown& shown) {
     const bool isReference = parameter.type == CimType::reference;
-    const char* element = isReference ? (parameter.isArray ? "PARAMETER.REFARRAY" : "PARAMETER.REFERENCE")
+    const char* element = isReference
+                              ? (parameter.isArray ? "PARAMETER.REFARRAY" : "PARAMETER.REFERENCE")
                           : parameter.isArray ? "PARAMETER.ARRAY"
                                               : "PARAMETER";
     open(element);

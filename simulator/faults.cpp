@@ -87,17 +87,18 @@ std::string describe(const Fault& fault) {
     const auto kind = std::find_if(kinds.begin(), kinds.end(),
                                    [&](const auto& each) { return each.second == fault.kind; });
     const bool numbered = fault.kind == Fault::Kind::error || fault.kind == Fault::Kind::http;
-    std::string line = "id=" + std::to_string(fault.id) + " kind=" + kind->first +
-                       " operation=" + quoteWord(fault.operation) +
-                       " class=" + quoteWord(fault.className) +
-                       " skip=" + std::to_string(fault.skip) +
-                       " count=" + (fault.count == always ? "always" : std::to_string(fault.count)) +
-                       " hits=" + std::to_string(fault.hits);
+    std::string line =
+        "id=" + std::to_string(fault.id) + " kind=" + kind->first +
+        " operation=" + quoteWord(fault.operation) + " class=" + quoteWord(fault.className) +
+        " skip=" + std::to_string(fault.skip) +
+        " count=" + (fault.count == always ? "always" : std::to_string(fault.count)) +
+        " hits=" + std::to_string(fault.hits);
     if (numbered) {
         line += " code=" + std::to_string(fault.code);
     }
     if (fault.kind == Fault::Kind::delay || fault.kind == Fault::Kind::cut) {
-        line += (fault.kind == Fault::Kind::cut ? " bytes=" : " ms=") + std::to_string(fault.amount);
+        line +=
+            (fault.kind == Fault::Kind::cut ? " bytes=" : " ms=") + std::to_string(fault.amount);
     }
     if (!fault.text.empty() && fault.kind != Fault::Kind::reply) {
         line += " text=" + quoteWord(fault.text);

@@ -1,6 +1,6 @@
-// Faults that a test plants into the simulator (POST /sim/faults). A fault names the operation and the
-// class that it waits for, how many matching calls it lets pass, how many it then hits, and what
-// happens to those.
+// Faults that a test plants into the simulator (POST /sim/faults). A fault names the operation and
+// the class that it waits for, how many matching calls it lets pass, how many it then hits, and
+// what happens to those.
 #pragma once
 
 #include "simulator/cimclass.h"
@@ -37,8 +37,8 @@ struct Fault {
 
 class FaultTable {
 public:
-    /// Plants what the text asks for, one fault a line, in words `key=value` (a value may stand in double
-    /// quotes); the lines behind one of kind "reply" are its body. Gives the new ids. Throws
+    /// Plants what the text asks for, one fault a line, in words `key=value` (a value may stand in
+    /// double quotes); the lines behind one of kind "reply" are its body. Gives the new ids. Throws
     /// std::invalid_argument, with nothing planted then.
     std::vector<unsigned> plant(std::string_view text);
 

@@ -74,8 +74,8 @@ std::string Operations::knownOperation(std::string_view name) {
 
 std::string Operations::subject(const Request& request) const {
     std::string name = request.object.className();
-    for (const char* parameter : {"ClassName", "InstanceName", "ObjectName", "NewInstance",
-                                  "ModifiedInstance"}) {
+    for (const char* parameter :
+         {"ClassName", "InstanceName", "ObjectName", "NewInstance", "ModifiedInstance"}) {
         const RawParameter* found = RequestArguments(request).find(parameter);
         if (found && found->value.isPath()) {
             name = found->value.toPath()->className();
@@ -105,8 +105,9 @@ std::string Operations::run(const Request& request, const Caller& caller) {
     }
     const Entry& entry = found->second;
     for (const RawParameter& given : request.parameters) {
-        const bool known = std::any_of(entry.parameters.begin(), entry.parameters.end(),
-                                       [&](const char* name) { return sameName(name, given.name); });
+        const bool known =
+            std::any_of(entry.parameters.begin(), entry.parameters.end(),
+                        [&](const char* name) { return sameName(name, given.name); });
         if (!known) {
             throw CimError(CimStatus::invalidParameter, given.name);
         }
@@ -118,8 +119,8 @@ std::string Operations::run(const Request& request, const Caller& caller) {
 void Operations::execQuery(const RequestArguments& in, const Caller& /*caller*/,
                            std::string& /*out*/) {
     const std::string language = in.text("QueryLanguage");
-    const bool known = sameName(language, "WQL") || sameName(language, "CQL") ||
-                       sameName(language, "DMTF:CQL");
+    const bool known =
+        sameName(language, "WQL") || sameName(language, "CQL") || sameName(language, "DMTF:CQL");
     throw CimError(known ? CimStatus::notSupported : CimStatus::queryLanguageNotSupported,
                    known ? "" : language);
 }

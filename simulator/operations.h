@@ -1,6 +1,6 @@
-// The CIM operations of DSP0200, clause 5.3: each takes a request's parameters and writes the content of
-// its reply, or throws CimError. No lock is held here; the repository and the providers look after
-// themselves.
+// The CIM operations of DSP0200, clause 5.3: each takes a request's parameters and writes the
+// content of its reply, or throws CimError. No lock is held here; the repository and the providers
+// look after themselves.
 #pragma once
 
 #include "simulator/cimxmlwriter.h"
@@ -23,8 +23,8 @@ public:
     /// The class that a request is about, canonical; empty when it names none that exists.
     std::string subject(const Request& request) const;
 
-    /// Runs the request; what it returns is the content of IRETURNVALUE, or of METHODRESPONSE for an
-    /// extrinsic method.
+    /// Runs the request; what it returns is the content of IRETURNVALUE, or of METHODRESPONSE for
+    /// an extrinsic method.
     std::string run(const Request& request, const Caller& caller);
 
     /// The content of METHODRESPONSE for a method that shall return the number without being run;

@@ -16,9 +16,10 @@ bool admits(const std::string& wanted, const std::string& name) {
 
 void Operations::checkClassFilter(const std::string& name) const {
     const auto spaces = repository_.namespaces();
-    const bool known = name.empty() || std::any_of(spaces.begin(), spaces.end(), [&](const auto& s) {
-                           return repository_.findClass(s, name) != nullptr;
-                       });
+    const bool known =
+        name.empty() || std::any_of(spaces.begin(), spaces.end(), [&](const auto& s) {
+            return repository_.findClass(s, name) != nullptr;
+        });
     if (!known) {
         throw CimError(CimStatus::invalidParameter, name);
     }
@@ -142,7 +143,8 @@ void Operations::writePaths(const std::vector<ObjectPath>& paths, std::string& o
     }
 }
 
-void Operations::writeObject(const Instance& instance, Selection& selection, std::string& out) const {
+void Operations::writeObject(const Instance& instance, Selection& selection,
+                             std::string& out) const {
     CimXmlWriter writer(out);
     writer.open("VALUE.OBJECTWITHPATH");
     writer.openEnd();
@@ -221,7 +223,8 @@ void Operations::referenceNames(const RequestArguments& in, const Caller& /*call
     writePaths(paths, out);
 }
 
-void Operations::references(const RequestArguments& in, const Caller& /*caller*/, std::string& out) {
+void Operations::references(const RequestArguments& in, const Caller& /*caller*/,
+                            std::string& out) {
     const Walk way = walk(in, true);
     Selection selection(in, false);
     if (way.object.keys().empty()) {

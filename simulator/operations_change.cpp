@@ -10,8 +10,7 @@ namespace {
 /// A property's value as it was sent, in the type that it is declared with.
 Value sentValue(const RawProperty& raw, const Property& property) {
     if (raw.type && *raw.type != property.type) {
-        throw CimError(CimStatus::typeMismatch,
-                       property.name + " is " + typeName(property.type));
+        throw CimError(CimStatus::typeMismatch, property.name + " is " + typeName(property.type));
     }
     return typedValue(raw.value, property.type, property.isArray, property.name);
 }
@@ -45,7 +44,8 @@ Instance Operations::draft(const Class& cls, const RawInstance& raw) const {
     return instance;
 }
 
-void Operations::createInstance(const RequestArguments& in, const Caller& caller, std::string& out) {
+void Operations::createInstance(const RequestArguments& in, const Caller& caller,
+                                std::string& out) {
     const RawInstance& raw = in.instance("NewInstance");
     const Class& cls = repository_.requireClass(in.nameSpace(), raw.className);
     authorize(caller, Change::create, cls);
@@ -84,7 +84,8 @@ void Operations::modifyInstance(const RequestArguments& in, const Caller& caller
     const Class& cls = repository_.requireClass(in.nameSpace(), sentPath.className());
     authorize(caller, Change::modify, cls);
     if (!sameName(raw.className, cls.name)) {
-        throw CimError(CimStatus::invalidParameter, "two classes: " + cls.name + ", " + raw.className);
+        throw CimError(CimStatus::invalidParameter,
+                       "two classes: " + cls.name + ", " + raw.className);
     }
     const InstancePtr current = demandInstance(sentPath);
     const Instance wanted = draft(cls, raw);
@@ -96,7 +97,8 @@ void Operations::modifyInstance(const RequestArguments& in, const Caller& caller
     std::vector<PropertyChange> changes;
     for (std::size_t i = 0; i < cls.properties.size(); ++i) {
         const Property& property = cls.properties[i];
-        // A property of the list that was not sent is set to the class's default, which `wanted` holds.
+        // A property of the list that was not sent is set to the class's default, which `wanted`
+        // holds.
         const bool named =
             list ? holds(*list, property, [](const std::string& name) { return name; })
                  : holds(raw.properties, property, [](const RawProperty& p) { return p.name; });
@@ -113,7 +115,8 @@ void Operations::modifyInstance(const RequestArguments& in, const Caller& caller
     applyChanges(caller, current->path(), changes);
 }
 
-void Operations::setProperty(const RequestArguments& in, const Caller& caller, std::string& /*out*/) {
+void Operations::setProperty(const RequestArguments& in, const Caller& caller,
+                             std::string& /*out*/) {
     const ObjectPath sentPath = in.path("InstanceName");
     const Class& cls = repository_.requireClass(in.nameSpace(), sentPath.className());
     authorize(caller, Change::modify, cls);
@@ -186,7 +189,8 @@ Arguments Operations::readMethodArguments(const Request& request, const Method& 
             throw CimError(CimStatus::typeMismatch,
                            parameter->name + " is " + typeName(parameter->type));
         }
-        const Value value = typedValue(sent.value, parameter->type, parameter->isArray, parameter->name);
+        const Value value =
+            typedValue(sent.value, parameter->type, parameter->isArray, parameter->name);
         arguments.set(parameter->name, fullReferences(value, request.nameSpace));
     }
     return arguments;
@@ -198,8 +202,8 @@ void Operations::invokeMethod(const Request& request, const Caller& caller, std:
     authorize(caller, Change::invoke, cls);
     const Arguments arguments = readMethodArguments(request, method);
     const bool onClass = request.object.keys().empty() && !cls.keys().empty();
-    const ObjectPath path = onClass ? ObjectPath(cls.nameSpace, cls.name)
-                                    : demandInstance(request.object)->path();
+    const ObjectPath path =
+        onClass ? ObjectPath(cls.nameSpace, cls.name) : demandInstance(request.object)->path();
     for (Provider* provider : providers_.serving(cls)) {
         const auto result = provider->invokeMethod(caller, path, method, arguments);
         if (!result) {
@@ -221,10 +225,12 @@ void Operations::invokeMethod(const Request& request, const Caller& caller, std:
     throw CimError(CimStatus::methodNotAvailable, cls.name + "." + method.name);
 }
 
-std::string Operations::plantedResult(const Request& request, const std::string& returnValue) const {
+std::string Operations::plantedResult(const Request& request,
+                                      const std::string& returnValue) const {
     const Method& method = demandMethod(request);
     std::string out;
-    CimXmlWriter(out).returnValue(scalarFromText(returnValue, method.type, method.name), method.type);
+    CimXmlWriter(out).returnValue(scalarFromText(returnValue, method.type, method.name),
+                                  method.type);
     return out;
 }
 

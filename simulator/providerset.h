@@ -20,8 +20,8 @@ public:
     /// The providers that serve the class, nearest first. Any thread may call it.
     const std::vector<Provider*>& serving(const Class& cls);
 
-    /// Has the providers bring up to date what an operation on the class may see: those that serve the
-    /// class, and those that serve its subclasses.
+    /// Has the providers bring up to date what an operation on the class may see: those that serve
+    /// the class, and those that serve its subclasses.
     void refresh(const Class& cls);
     void refreshAll();
 

@@ -84,7 +84,7 @@ void Repository::addQualifierType(std::string_view nameSpace, QualifierType type
 }
 
 const QualifierType* Repository::findQualifierType(std::string_view nameSpace,
-                                               std::string_view name) const {
+                                                   std::string_view name) const {
     const std::shared_lock<std::shared_mutex> lock(mutex_);
     const Space* space = findSpace(nameSpace);
     if (!space) {
@@ -182,8 +182,8 @@ ObjectPath Repository::canonicalPath(const ObjectPath& path, int depth) const {
             throw CimError(CimStatus::invalidParameter,
                            "key " + property.name + " is missing: " + path.toText());
         }
-        keys.push_back({property.name, canonicalReference(keyValue(given, property), cls.nameSpace,
-                                                          depth + 1)});
+        keys.push_back({property.name,
+                        canonicalReference(keyValue(given, property), cls.nameSpace, depth + 1)});
     }
     return {cls.nameSpace, cls.name, std::move(keys)};
 }

@@ -12,7 +12,7 @@ namespace velclp_sim {
 namespace {
 
 /// Calls `visit` for each object that an association instance refers to, with its property's index.
-template <class Visit>
+template<class Visit>
 void eachEnd(const Instance& association, const Visit& visit) {
     const Class& cls = association.cls();
     if (!cls.isAssociation()) {
@@ -25,7 +25,7 @@ void eachEnd(const Instance& association, const Visit& visit) {
     }
 }
 
-template <class Endpoint>
+template<class Endpoint>
 auto findList(Endpoint& endpoint, const Class* cls) {
     return std::find_if(endpoint.begin(), endpoint.end(),
                         [cls](const auto& list) { return list.first == cls; });

@@ -15,8 +15,8 @@ public:
     /// The request must outlive this object.
     explicit RequestArguments(const Request& request) : request_(request) {}
 
-    // What is missing or of another kind throws CIM_ERR_INVALID_PARAMETER; an optional parameter that
-    // is NULL counts as not given.
+    // What is missing or of another kind throws CIM_ERR_INVALID_PARAMETER; an optional parameter
+    // that is NULL counts as not given.
     bool boolean(std::string_view name, bool otherwise) const;
     std::string text(std::string_view name) const;
     std::optional<std::string> optionalText(std::string_view name) const;

@@ -1,5 +1,5 @@
-// What was asked of the simulator: how often each operation on each class, and the last calls in their
-// order. Read and reset through /sim/stats and /sim/log.
+// What was asked of the simulator: how often each operation on each class, and the last calls in
+// their order. Read and reset through /sim/stats and /sim/log.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,13 @@ namespace velclp_sim {
 
 class Statistics {
 public:
-    /// Counts a call. `operation` is an operation's canonical name, or "InvokeMethod" with the method's
-    /// name behind it; `subject` is a class that exists, or empty. Both must come from bounded sets.
+    /// Counts a call. `operation` is an operation's canonical name, or "InvokeMethod" with the
+    /// method's name behind it; `subject` is a class that exists, or empty. Both must come from
+    /// bounded sets.
     void count(const std::string& operation, const std::string& method, const std::string& subject);
 
-    /// Writes the call and its outcome (0, or a CIM or HTTP status) into the log, which keeps the last
-    /// 10,000 calls.
+    /// Writes the call and its outcome (0, or a CIM or HTTP status) into the log, which keeps the
+    /// last 10,000 calls.
     void log(const std::string& operation, std::string_view object, int outcome);
 
     /// {"total":3,"operations":{"GetInstance":{"total":2,"classes":{"C":2}}},

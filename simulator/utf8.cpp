@@ -23,8 +23,9 @@ unsigned utf8Length(std::string_view text) {
     }
     const unsigned char low = byte(0) == 0xE0 ? 0xA0 : byte(0) == 0xF0 ? 0x90 : 0x80;
     const unsigned char high = byte(0) == 0xED ? 0x9F : byte(0) == 0xF4 ? 0x8F : 0xBF;
-    const bool tail = std::all_of(text.begin() + 2, text.begin() + length,
-                                  [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; });
+    const bool tail = std::all_of(text.begin() + 2, text.begin() + length, [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+    });
     return byte(1) >= low && byte(1) <= high && tail ? length : 0;
 }
 

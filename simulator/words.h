@@ -1,6 +1,6 @@
-// The plain lines of words that the simulator's control requests are written in: words stand between
-// blanks, a double quote opens and closes a stretch that may hold blanks, and a backslash in such a
-// stretch takes the next character as it is.
+// The plain lines of words that the simulator's control requests are written in: words stand
+// between blanks, a double quote opens and closes a stretch that may hold blanks, and a backslash
+// in such a stretch takes the next character as it is.
 #pragma once
 
 #include <cstdint>
