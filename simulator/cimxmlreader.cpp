@@ -67,6 +67,13 @@ std::string text(Node node) {
     return result;
 }
 
+/// The blank text that stands alone between a start and an end tag. It is kept for the sake of values
+/// and means nothing in other elements.
+bool isBlank(Node node) {
+    return node.type() == pugi::node_pcdata &&
+           std::strspn(node.value(), " \t\r\n") == std::strlen(node.value());
+}
+
 std::string readNamespacePath(Node local) {
     std::string result;
     for (const Node part : local.children("NAMESPACE")) {
@@ -145,6 +152,9 @@ Value readKeyValue(Node node, int depth) {
 ObjectPath readInstanceName(Node node, std::string nameSpace, int depth) {
     std::vector<KeyBinding> keys;
     for (const Node key : node.children()) {
+        if (isBlank(key)) {
+            continue;
+        }
         if (is(key, "KEYBINDING")) {
             keys.push_back({attribute(key, "NAME"), readKeyValue(onlyElement(key), depth)});
         } else {
@@ -163,7 +173,7 @@ Value readArray(Node node) {
             elements.push_back(readReference(element, 0));
         } else if (is(element, "VALUE.NULL")) {
             elements.emplace_back();
-        } else {
+        } else if (!isBlank(element)) {
             invalid(std::string("no array element: ") + element.name());
         }
     }
@@ -191,7 +201,7 @@ RawProperty readProperty(Node node) {
     property.type =
         is(node, "PROPERTY.REFERENCE") ? CimType::reference : typeAttribute(node, "TYPE");
     for (const Node part : node.children()) {
-        if (is(part, "QUALIFIER")) {
+        if (is(part, "QUALIFIER") || isBlank(part)) {
             continue;
         }
         const auto value = readValue(part);
@@ -209,7 +219,7 @@ RawInstance readInstance(Node node) {
     for (const Node part : node.children()) {
         if (is(part, "PROPERTY") || is(part, "PROPERTY.ARRAY") || is(part, "PROPERTY.REFERENCE")) {
             instance.properties.push_back(readProperty(part));
-        } else if (!is(part, "QUALIFIER")) {
+        } else if (!is(part, "QUALIFIER") && !isBlank(part)) {
             invalid(std::string("an instance holds ") + part.name());
         }
     }
@@ -221,7 +231,7 @@ RawParameter readParameter(Node node) {
     parameter.name = attribute(node, "NAME");
     parameter.type = typeAttribute(node, "PARAMTYPE");
     const Node content = node.first_child();
-    if (!content) {
+    if (!content || isBlank(content)) {
         return parameter;
     }
     if (content.next_sibling()) {

@@ -152,7 +152,7 @@ void addToModel(Repository& repository, const std::string& nameSpace, std::strin
 void removeFromModel(Repository& repository, const std::string& nameSpace, std::string_view paths) {
     for (const ObjectPath& path : readPaths(paths, nameSpace)) {
         if (!repository.remove(path)) {
-            throw CimError(CimStatus::notFound, path.toText());
+            throw CimError(CimStatus::notFound, path.localText());
         }
     }
 }

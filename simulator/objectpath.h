@@ -39,6 +39,8 @@ public:
 
     /// `[namespace:]Class.Key="text",Other=7` (DSP0004, 8.2.2), keys in their own order.
     std::string toText() const;
+    /// The same without the namespace.
+    std::string localText() const;
 
     /// Reads toText()'s form, also with a "//host/" in front of the namespace. Strings may hold \"
     /// and

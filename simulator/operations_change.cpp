@@ -151,7 +151,7 @@ void Operations::deleteInstance(const RequestArguments& in, const Caller& caller
         }
     }
     if (!repository_.remove(path)) {
-        throw CimError(CimStatus::notFound, path.toText());
+        throw CimError(CimStatus::notFound, path.localText());
     }
 }
 

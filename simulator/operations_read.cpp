@@ -38,7 +38,7 @@ InstancePtr Operations::demandInstance(const ObjectPath& path) {
     providers_.refresh(repository_.requireClass(path.nameSpace(), path.className()));
     InstancePtr instance = repository_.find(path);
     if (!instance) {
-        throw CimError(CimStatus::notFound, path.toText());
+        throw CimError(CimStatus::notFound, path.localText());
     }
     return instance;
 }

@@ -169,7 +169,7 @@ ObjectPath Repository::canonical(const ObjectPath& path) const {
 ObjectPath Repository::canonicalPath(const ObjectPath& path, int depth) const {
     const Class& cls = demand(path.nameSpace(), path.className());
     if (path.keys().size() != cls.keys().size() || depth > maxPathDepth) {
-        throw CimError(CimStatus::invalidParameter, "wrong number of keys: " + path.toText());
+        throw CimError(CimStatus::invalidParameter, "wrong number of keys: " + path.localText());
     }
     std::vector<KeyBinding> keys;
     keys.reserve(path.keys().size());
@@ -180,7 +180,7 @@ ObjectPath Repository::canonicalPath(const ObjectPath& path, int depth) const {
         const Value& given = unnamed ? path.keys()[0].value : path.key(property.name);
         if (given.isNull()) {
             throw CimError(CimStatus::invalidParameter,
-                           "key " + property.name + " is missing: " + path.toText());
+                           "key " + property.name + " is missing: " + path.localText());
         }
         keys.push_back({property.name,
                         canonicalReference(keyValue(given, property), cls.nameSpace, depth + 1)});
