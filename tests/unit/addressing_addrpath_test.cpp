@@ -27,60 +27,59 @@ TEST_P(AddressTest, ComesIntoItsNormalForm) {
 
 INSTANTIATE_TEST_SUITE_P(
     Absolute, AddressTest,
-    testing::Values(Typed{"/admin1", "/admin1/system1", "/admin1/system1", 0, "/admin1/system1"},
-                    Typed{"/admin1", "\\admin1\\system1", "/admin1/system1", 0, "/admin1/system1"},
-                    Typed{"/admin1", "/admin1//system1/", "/admin1/system1", 0, "/admin1/system1"},
-                    Typed{"/x1", "/admin1/system*", "/admin1/system*", 1, "/admin1"},
-                    Typed{"/x1", "/system*", "/system*", 1, ""},
-                    Typed{"/admin1", "/", "/", 0, "/"},
-                    Typed{"/admin1", "/..", "/", 0, "/"},
-                    Typed{"/admin1", "/x1/..", "/", 0, "/"},
-                    Typed{"/admin1", "/admin1/../../system1", "/admin1/system1", 0,
-                          "/admin1/system1"},
-                    Typed{"/admin1", "/sp1a2", "/sp1a2", 0, "/sp1a2"},
-                    Typed{"/admin1", "/admin1/system1/.", "/admin1/system1", 0, "/admin1/system1"},
-                    Typed{"/admin1", "/admin1/system1/sp1/..", "/admin1/system1", 0,
-                          "/admin1/system1"}));
+    testing::Values(
+        Typed{"/admin1", "/admin1/system1", "/admin1/system1", 0, "/admin1/system1"},
+        Typed{"/admin1", "\\admin1\\system1", "/admin1/system1", 0, "/admin1/system1"},
+        Typed{"/admin1", "/admin1//system1/", "/admin1/system1", 0, "/admin1/system1"},
+        Typed{"/x1", "/admin1/system*", "/admin1/system*", 1, "/admin1"},
+        Typed{"/x1", "/system*", "/system*", 1, ""}, Typed{"/admin1", "/", "/", 0, "/"},
+        Typed{"/admin1", "/..", "/", 0, "/"}, Typed{"/admin1", "/x1/..", "/", 0, "/"},
+        Typed{"/admin1", "/admin1/../../system1", "/admin1/system1", 0, "/admin1/system1"},
+        Typed{"/admin1", "/sp1a2", "/sp1a2", 0, "/sp1a2"},
+        Typed{"/admin1", "/admin1/system1/.", "/admin1/system1", 0, "/admin1/system1"},
+        Typed{"/admin1", "/admin1/system1/sp1/..", "/admin1/system1", 0, "/admin1/system1"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Relative, AddressTest,
-    testing::Values(Typed{"/admin1", "", "/admin1", 0, "/admin1"},
-                    Typed{"/admin1/", "", "/admin1/", 0, "/admin1/"},
-                    Typed{"/admin1/system1", "sp1", "/admin1/system1/sp1", 0,
-                          "/admin1/system1/sp1"},
-                    Typed{"/admin1/system1", "..", "/admin1", 0, "/admin1"},
-                    Typed{"/admin1", "..", "/admin1", 0, "/admin1"},
-                    Typed{"/admin1/system1/sp1", "../..\\system2", "/admin1/system2", 0,
-                          "/admin1/system2"},
-                    Typed{"/admin1", "system*", "/admin1/system*", 1, "/admin1"},
-                    Typed{"/x1", "..", "/", 0, "/"},
-                    Typed{"/admin1\\system1", "sp1", "/admin1\\system1/sp1", 0,
-                          "/admin1\\system1/sp1"}));
+    testing::Values(
+        Typed{"/admin1", "", "/admin1", 0, "/admin1"},
+        Typed{"/admin1/", "", "/admin1/", 0, "/admin1/"},
+        Typed{"/admin1/system1", "sp1", "/admin1/system1/sp1", 0, "/admin1/system1/sp1"},
+        Typed{"/admin1/system1", "..", "/admin1", 0, "/admin1"},
+        Typed{"/admin1", "..", "/admin1", 0, "/admin1"},
+        Typed{"/admin1/system1/sp1", "../..\\system2", "/admin1/system2", 0, "/admin1/system2"},
+        Typed{"/admin1", "system*", "/admin1/system*", 1, "/admin1"},
+        Typed{"/x1", "..", "/", 0, "/"},
+        Typed{"/admin1\\system1", "sp1", "/admin1\\system1/sp1", 0, "/admin1\\system1/sp1"}));
 
-INSTANTIATE_TEST_SUITE_P(
-    NoAddress, AddressTest,
-    testing::Values(Typed{"/admin1", "system", nullptr, 0, "/"},
-                    Typed{"/admin1", "*", nullptr, 0, "/"},
-                    Typed{"/admin1", "1system", nullptr, 0, "/"},
-                    Typed{"/admin1", "system1*x", nullptr, 0, "/"},
-                    Typed{"/admin1", "system*/sp1", nullptr, 0, "/"},
-                    Typed{"/admin1", "/admin1/system*/.", nullptr, 0, "/"},
-                    Typed{"/admin1", "/admin1/system*/..", nullptr, 0, "/"},
-                    Typed{"/admin1", "...", nullptr, 0, "/"},
-                    Typed{"/admin1", " system1", nullptr, 0, "/"},
-                    Typed{"/admin1", "\xE4\x31", nullptr, 0, "/"},
-                    Typed{"/admin", "system1", nullptr, 0, "/"}));
+INSTANTIATE_TEST_SUITE_P(NoAddress, AddressTest,
+                         testing::Values(Typed{"/admin1", "system", nullptr, 0, "/"},
+                                         Typed{"/admin1", "*", nullptr, 0, "/"},
+                                         Typed{"/admin1", "1system", nullptr, 0, "/"},
+                                         Typed{"/admin1", "system1*x", nullptr, 0, "/"},
+                                         Typed{"/admin1", "system*/sp1", nullptr, 0, "/"},
+                                         Typed{"/admin1", "/admin1/system*/.", nullptr, 0, "/"},
+                                         Typed{"/admin1", "/admin1/system*/..", nullptr, 0, "/"},
+                                         Typed{"/admin1", "...", nullptr, 0, "/"},
+                                         Typed{"/admin1", " system1", nullptr, 0, "/"},
+                                         Typed{"/admin1", "\xE4\x31", nullptr, 0, "/"},
+                                         Typed{"/admin", "system1", nullptr, 0, "/"}));
 
 TEST(AddrpathTest, ATermIsCutIntoTagAndSuffix) {
     struct {
         const char* term;
         const char* tag;
         const char* suffix;
-    } const cases[] = {{"system1", "system", "1"},     {"system12", "system", "12"},
-                       {"system007", "system", "007"}, {"sp1a2", "sp1a", "2"},
-                       {"system*", "system", "*"},     {"sp1*", "sp1", "*"},
-                       {"a1", "a", "1"},               {"a*", "a", "*"},
-                       {"oem_fan3", "oem_fan", "3"},   {"a*12", "a", "*"}};
+    } const cases[] = {{"system1", "system", "1"},
+                       {"system12", "system", "12"},
+                       {"system007", "system", "007"},
+                       {"sp1a2", "sp1a", "2"},
+                       {"system*", "system", "*"},
+                       {"sp1*", "sp1", "*"},
+                       {"a1", "a", "1"},
+                       {"a*", "a", "*"},
+                       {"oem_fan3", "oem_fan", "3"},
+                       {"a*12", "a", "*"}};
     const CLPAddrpath any("/", "/");
     for (const auto& c : cases) {
         EXPECT_EQ(c.tag, any.getUfct(c.term)) << c.term;

@@ -8,9 +8,9 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
-#include <thread>
 #include <sys/file.h>
 #include <sys/wait.h>
+#include <thread>
 
 namespace velmora_clp {
 namespace {
@@ -33,10 +33,15 @@ private:
     int m_fd;
 };
 
+// The lock file is opened once in the life of a process, so all tests share it.
 class CacheGuardTest : public testing::Test {
 protected:
-    SchemaFile m_file{"text\n"};
+    static void SetUpTestSuite() { s_file = std::make_unique<SchemaFile>("text\n"); }
+    static void TearDownTestSuite() { s_file.reset(); }
+    static std::unique_ptr<SchemaFile> s_file;
 };
+
+std::unique_ptr<SchemaFile> CacheGuardTest::s_file;
 
 TEST_F(CacheGuardTest, AnExclusiveGuardKeepsAllOthersOutAndASharedOneOnlyWriters) {
     const OtherProcess other;
@@ -68,35 +73,42 @@ TEST_F(CacheGuardTest, WaitsUntilTheLockIsFree) {
     const pid_t child = fork();
     if (child == 0) {
         const CacheGuard guard(0);
-        _exit(other.canTake(LOCK_EX) ? 1 : 0);
+        _exit(0);
     }
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     int status = 0;
     EXPECT_EQ(0, waitpid(child, &status, WNOHANG));
     flock(other.fd(), LOCK_UN);
     ASSERT_EQ(child, waitpid(child, &status, 0));
-    EXPECT_TRUE(WIFEXITED(status));
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 TEST_F(CacheGuardTest, TheLockIsNotHandedToAnOutsideProgram) {
     const CacheGuard guard(1);
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code error;
-        if (std::filesystem::read_symlink(entry, error) == Locations::get().schemaFile)
+        if (std::filesystem::read_symlink(entry, error) == Locations::get().schemaFile) {
             EXPECT_NE(0, fcntl(std::stoi(entry.path().filename()), F_GETFD) & FD_CLOEXEC);
+        }
     }
 }
 
-TEST(CacheGuardWithoutFileTest, SaysThatTheLockFileCannotBeOpened) {
+void takeWithoutFile() {
     Locations locations;
     locations.schemaFile = "/nonexistent/schema.conf";
     Locations::set(locations);
     try {
         const CacheGuard guard(0);
-        FAIL() << "no exception";
     } catch (const char* text) {
-        EXPECT_STREQ("Open process lock file failed.", text);
+        std::fputs(text, stderr);
+        std::exit(3);
     }
+}
+
+TEST(CacheGuardDeathTest, SaysThatTheLockFileCannotBeOpened) {
+    // In a process of its own, which has no lock file open yet.
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(takeWithoutFile(), testing::ExitedWithCode(3), "Open process lock file failed.");
 }
 
 } // namespace
