@@ -11,14 +11,6 @@ namespace {
 
 constexpr char const* DEFAULT_NAMESPACE = "root/zorm";
 
-// Whether the address service can look the class up: it has a "_", and the schema knows the class
-// by its own name or with the prefix "cim".
-bool isAddressable(const std::string& cimclass) {
-    if (CLPSchema::getInstance()->hasCIMClass(cimclass))
-        return true;
-    return cimclass.find('_') != std::string::npos && !schemaClassOf(cimclass).empty();
-}
-
 } // namespace
 
 std::string schemaClassOf(const std::string& cimclass) {
@@ -30,6 +22,12 @@ std::string schemaClassOf(const std::string& cimclass) {
     return schema.hasCIMClass(standard) ? standard : std::string();
 }
 
+std::string knownClassOf(const std::string& cimclass) {
+    const bool hasName =
+        CLPSchema::getInstance()->hasCIMClass(cimclass) || cimclass.find('_') != std::string::npos;
+    return hasName ? schemaClassOf(cimclass) : std::string();
+}
+
 std::string defaultTagOf(const std::string& schemaClass) {
     const CLPSchema& schema = *CLPSchema::getInstance();
     if (schemaClass.empty() || schema.getUfcts(schemaClass).empty())
@@ -38,11 +36,11 @@ std::string defaultTagOf(const std::string& schemaClass) {
 }
 
 std::string defaultTagOfClass(const std::string& cimclass) {
-    return isAddressable(cimclass) ? defaultTagOf(schemaClassOf(cimclass)) : std::string();
+    return defaultTagOf(knownClassOf(cimclass));
 }
 
 std::string addressOf(CLPAddrSVC& addresses, CMPIObjectPath* object, bool normal) {
-    if (!object || !isAddressable(cimClassName(object)))
+    if (!object || knownClassOf(cimClassName(object)).empty())
         return std::string();
     return addresses.getUfip(object, true, normal);
 }

@@ -16,6 +16,9 @@ class CLPAddrSVC;
 // std::out_of_range for an unknown class without a "_".
 std::string schemaClassOf(const std::string& cimclass);
 
+// The same, but an empty text in place of the exception.
+std::string knownClassOf(const std::string& cimclass);
+
 // The class tag of such a class that has no filter; empty for a class without tags.
 std::string defaultTagOf(const std::string& schemaClass);
 

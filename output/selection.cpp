@@ -18,13 +18,6 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-// The name of the schema's class, or an empty text where it knows none. Never throws.
-std::string knownClass(const std::string& cimclass) {
-    const bool named =
-        CLPSchema::getInstance()->hasCIMClass(cimclass) || cimclass.find('_') != std::string::npos;
-    return named ? schemaClassOf(cimclass) : std::string();
-}
-
 // An emptied entry is skipped by the printer.
 template<typename Predicate>
 void blankIf(Names& names, const Predicate& predicate) {
@@ -94,7 +87,7 @@ bool COutputer::CheckSelectorStatic(Token token, FilterResult* result) {
     result->display = result->show_properties = result->show_associations = false;
     result->show_verbs = result->show_targets = result->association_only = false;
     result->cim_class_def = nullptr;
-    result->ufct = defaultTagOf(knownClass(result->cim_class));
+    result->ufct = defaultTagOf(knownClassOf(result->cim_class));
     if (result->ufct.empty()) {
         VELCLP_LOG_FAILURE(FUNCTION, "Cannot find ufct of this Cimclass");
         return false;
@@ -132,7 +125,7 @@ void COutputer::select_targets(const Token& token, FilterResult* result) {
     if (!sectionShown(line, OPT_DISPLAY_TARGETS, names))
         return;
     const CLPSchema& schema = *CLPSchema::getInstance();
-    result->target_ufcts = schema.getChildren_ufcts(knownClass(result->cim_class));
+    result->target_ufcts = schema.getChildren_ufcts(knownClassOf(result->cim_class));
     if (!names.empty())
         blankIf(result->target_ufcts,
                 [&names](const std::string& ufct) { return !listed(names, ufct); });
@@ -149,7 +142,7 @@ void COutputer::select_verbs(const Token& token, FilterResult* result) {
     const CLPToken& line = parsedLine(token);
     if (!verbsShown(line))
         return;
-    result->verbs = CLPSchema::getInstance()->getVerbs_class(knownClass(result->cim_class));
+    result->verbs = CLPSchema::getInstance()->getVerbs_class(knownClassOf(result->cim_class));
     blankOemTargets(line, result);
     result->show_verbs = true;
 }
@@ -158,7 +151,8 @@ void COutputer::select_associations(const Token& token, FilterResult* result) {
     Names names;
     if (!sectionShown(parsedLine(token), OPT_DISPLAY_ASSOCIATIONS, names))
         return;
-    result->association_classes = CLPSchema::getInstance()->getAssoc(knownClass(result->cim_class));
+    result->association_classes =
+        CLPSchema::getInstance()->getAssoc(knownClassOf(result->cim_class));
     if (!names.empty())
         blankIf(result->association_classes, [&names](const std::string& association) {
             return !listed(names, defaultTagOfClass(association));
@@ -192,7 +186,7 @@ void COutputer::FilterCheckA(Token token, FilterResult* result, std::string asso
     result->show_targets = result->show_verbs = false;
     result->assoc_class = association_ufct;
     Names& classes = result->association_classes;
-    classes = CLPSchema::getInstance()->getAssoc(knownClass(result->cim_class));
+    classes = CLPSchema::getInstance()->getAssoc(knownClassOf(result->cim_class));
     const auto named = std::find_if(classes.begin(), classes.end(), [&](const std::string& name) {
         return strcmp_nocase(defaultTagOfClass(name).c_str(), association_ufct.c_str()) == 0;
     });

@@ -4,13 +4,13 @@
 #ifndef VELCLP_CDCOMMAND_H
 #define VELCLP_CDCOMMAND_H
 
-#include "velclp/clpcommand.h"
+#include "velclp/verbcommand.h"
 
 namespace velmora_clp {
 
-class CLPCdCommand : public CLPCommand {
+class CLPCdCommand : public VerbCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using VerbCommand::VerbCommand;
     ~CLPCdCommand() override;
 
     void svc() override;

@@ -4,21 +4,37 @@
 #ifndef VELCLP_CREATECOMMAND_H
 #define VELCLP_CREATECOMMAND_H
 
-#include "velclp/clpcommand.h"
+#include "velclp/verbcommand.h"
+
 #include <string>
 
 namespace velmora_clp {
 
-class CLPCreateCommand : public CLPCommand {
+class CLPMapping;
+
+class CLPCreateCommand : public VerbCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using VerbCommand::VerbCommand;
     ~CLPCreateCommand() override;
 
     void svc() override;
     void display() override;
 
 private:
-    CMPIObjectPath* m_object = nullptr; // what was made, owned; null until then
+    // Each false leaves the error in the command.
+    bool mayCreate(CLPAddrSVC& addresses, CLPMapping& mapping, CLPAddrpath& address);
+    bool isFree(CLPAddrSVC& addresses, const CLPAddrpath& address, const std::string& ufct);
+    bool refuse(JobError::stat cimStatus);
+    bool refuseParent();
+    bool hasParent(CLPAddrSVC& addresses, const CLPAddrpath& address) const;
+
+    void createSpecially(CLPAddrSVC& addresses, CLPMapping& mapping, const std::string& entry);
+    void createInstance(CLPAddrSVC& addresses, CLPMapping& mapping, const CLPAddrpath& address,
+                        const std::string& ufct);
+    // Sets the properties of the line; false at the first that the class does not take.
+    bool fillIn(CMPIInstance* instance, CMPIConstClass* definition) const;
+
+    CimPath m_object; // what was made, null until then
     std::string m_address;
 };
 

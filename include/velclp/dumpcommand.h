@@ -2,13 +2,13 @@
 #ifndef VELCLP_DUMPCOMMAND_H
 #define VELCLP_DUMPCOMMAND_H
 
-#include "velclp/clpcommand.h"
+#include "velclp/verbcommand.h"
 
 namespace velmora_clp {
 
-class CLPDumpCommand : public CLPCommand {
+class CLPDumpCommand : public VerbCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using VerbCommand::VerbCommand;
     ~CLPDumpCommand() override;
 
     void svc() override;

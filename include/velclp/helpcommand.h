@@ -3,14 +3,14 @@
 #ifndef VELCLP_HELPCOMMAND_H
 #define VELCLP_HELPCOMMAND_H
 
-#include "velclp/clpcommand.h"
+#include "velclp/verbcommand.h"
 #include <string>
 
 namespace velmora_clp {
 
-class CLPHelpCommand : public CLPCommand {
+class CLPHelpCommand : public VerbCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using VerbCommand::VerbCommand;
     ~CLPHelpCommand() override;
 
     void svc() override;
@@ -18,6 +18,11 @@ public:
 
 private:
     enum Kind { DEFAULT_TOPIC = 0, TOPIC = 1, READY = 2, UNRECOGNIZED = 3 };
+
+    Kind classify(CLPAddrSVC& addresses, std::string target);
+    // Fills in the verbs of the one object that the target names; false when it is not just one.
+    bool describeTarget(CLPAddrSVC& addresses, const std::string& target);
+
     int m_kind = DEFAULT_TOPIC;
     std::string m_text;
 };

@@ -2,13 +2,13 @@
 #ifndef VELCLP_LOADCOMMAND_H
 #define VELCLP_LOADCOMMAND_H
 
-#include "velclp/clpcommand.h"
+#include "velclp/verbcommand.h"
 
 namespace velmora_clp {
 
-class CLPLoadCommand : public CLPCommand {
+class CLPLoadCommand : public VerbCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using VerbCommand::VerbCommand;
     ~CLPLoadCommand() override;
 
     void svc() override;

@@ -3,21 +3,17 @@
 #ifndef VELCLP_RESETCOMMAND_H
 #define VELCLP_RESETCOMMAND_H
 
-#include "velclp/clpcommand.h"
-#include <string>
+#include "velclp/statecommand.h"
 
 namespace velmora_clp {
 
-class CLPResetCommand : public CLPCommand {
+class CLPResetCommand : public StateCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using StateCommand::StateCommand;
     ~CLPResetCommand() override;
 
     void svc() override;
     void display() override;
-
-private:
-    std::string m_address; // resultant target, for the response
 };
 
 } // namespace velmora_clp

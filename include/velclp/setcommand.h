@@ -4,15 +4,18 @@
 #ifndef VELCLP_SETCOMMAND_H
 #define VELCLP_SETCOMMAND_H
 
-#include "velclp/clpcommand.h"
+#include "velclp/verbcommand.h"
 
 #include <string>
+#include <vector>
 
 namespace velmora_clp {
 
-class CLPSetCommand : public CLPCommand {
+class CLPMapping;
+
+class CLPSetCommand : public VerbCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using VerbCommand::VerbCommand;
     ~CLPSetCommand() override;
 
     void svc() override;
@@ -22,7 +25,11 @@ public:
     void setAssocProperty();
 
 private:
-    CMPIObjectPath* m_object = nullptr; // what was written, owned; for the response
+    std::vector<CMPIObjectPath*> findObjects(CLPAddrSVC& addresses, const CLPAddrpath& path) const;
+    JobError* write(CLPAddrSVC& addresses, CLPMapping& mapping, CMPIObjectPath* object,
+                    const std::string& ufct);
+
+    CimPath m_object; // what was written, for the response
     std::string m_address;
 };
 

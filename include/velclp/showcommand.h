@@ -5,10 +5,13 @@
 #ifndef VELCLP_SHOWCOMMAND_H
 #define VELCLP_SHOWCOMMAND_H
 
-#include "velclp/clpcommand.h"
+#include "velclp/addrsvc.h"
 #include "velclp/showrecords.h"
+#include "velclp/verbcommand.h"
 
 #include <list>
+#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,9 +19,9 @@ namespace velmora_clp {
 
 class CLPAddrpath;
 
-class CLPShowCommand : public CLPCommand {
+class CLPShowCommand : public VerbCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using VerbCommand::VerbCommand;
     ~CLPShowCommand() override;
 
     void svc() override;
@@ -40,6 +43,37 @@ public:
     void txt_show(int level, std::vector<CMPIObjectPath*>& objects, CLPAddrpath& path,
                   std::string association_class, std::string reference,
                   CMPIObjectPath* object = nullptr);
+
+private:
+    // Where a walk puts the groups it finds: below a target, or beside it when there is none.
+    struct GroupList;
+
+    CLPAddrSVC& addresses();
+    int level() const;
+    std::vector<CMPIObjectPath*> findObjects(CLPAddrpath& address);
+    void primeDynamicClass(const CLPAddrpath& address);
+
+    void showText(std::vector<CMPIObjectPath*>& objects, CLPAddrpath& address);
+    void showBelow(int level, CMPIObjectPath* object, const FilterResult& result,
+                   const std::vector<std::string>& children);
+
+    void showTree(const std::vector<CMPIObjectPath*>& objects);
+    bool passesFilter(CMPIObjectPath* object, int level, const std::string& ufct) const;
+    bool wantsAssociations(int level) const;
+    // False when there is nothing to show; the error is set then.
+    bool gatherAssociations(Target& target, int level);
+    bool findReference(CimPath& reference);
+    bool collectAssociations(Target& target, const std::string& association,
+                             CMPIObjectPath* reference) const;
+    bool joins(CMPIObjectPath* association, CMPIObjectPath* object,
+               CMPIObjectPath* reference) const;
+    void showChildren(CMPIObjectPath* object, const std::string& cimclass, int level, bool& found,
+                      GroupList& below);
+    bool showReferences(CMPIObjectPath* object, const std::string& association,
+                        const std::string& reference, int level, bool& deepest, bool& found,
+                        GroupList& below);
+
+    std::unique_ptr<CLPAddrSVC> m_addresses;
 };
 
 } // namespace velmora_clp

@@ -3,21 +3,17 @@
 #ifndef VELCLP_STARTCOMMAND_H
 #define VELCLP_STARTCOMMAND_H
 
-#include "velclp/clpcommand.h"
-#include <string>
+#include "velclp/statecommand.h"
 
 namespace velmora_clp {
 
-class CLPStartCommand : public CLPCommand {
+class CLPStartCommand : public StateCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using StateCommand::StateCommand;
     ~CLPStartCommand() override;
 
     void svc() override;
     void display() override;
-
-private:
-    std::string m_address; // resultant target, for the response
 };
 
 } // namespace velmora_clp

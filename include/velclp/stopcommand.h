@@ -3,21 +3,17 @@
 #ifndef VELCLP_STOPCOMMAND_H
 #define VELCLP_STOPCOMMAND_H
 
-#include "velclp/clpcommand.h"
-#include <string>
+#include "velclp/statecommand.h"
 
 namespace velmora_clp {
 
-class CLPStopCommand : public CLPCommand {
+class CLPStopCommand : public StateCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using StateCommand::StateCommand;
     ~CLPStopCommand() override;
 
     void svc() override;
     void display() override;
-
-private:
-    std::string m_address; // resultant target, for the response
 };
 
 } // namespace velmora_clp

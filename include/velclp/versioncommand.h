@@ -2,14 +2,14 @@
 #ifndef VELCLP_VERSIONCOMMAND_H
 #define VELCLP_VERSIONCOMMAND_H
 
-#include "velclp/clpcommand.h"
+#include "velclp/verbcommand.h"
 #include <string>
 
 namespace velmora_clp {
 
-class CLPVersionCommand : public CLPCommand {
+class CLPVersionCommand : public VerbCommand {
 public:
-    using CLPCommand::CLPCommand;
+    using VerbCommand::VerbCommand;
     ~CLPVersionCommand() override;
 
     void svc() override;
