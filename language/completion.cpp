@@ -18,9 +18,7 @@
 std::vector<std::string> parser_help(const std::vector<std::string>& terms, const std::string& word)
     __attribute__((weak));
 
-using velmora_clp::lowerString;
-using velmora_clp::ProcessingError;
-using velmora_clp::splitString;
+using namespace velmora_clp;
 using Words = std::vector<std::string>;
 
 namespace {

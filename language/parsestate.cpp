@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "language/normalproperty.h"
 #include "velclp/assertion.h"
@@ -9,14 +10,14 @@
 #include "velclp/log.h"
 #include "velclp/token.h"
 
-using velmora_clp::lowerString;
 using velmora_clp::ProcessingError;
-using velmora_clp::splitString;
 
 CLPToken* y_token = nullptr;
 ProcessingError* y_pe = nullptr;
 std::string prop_tmp;
 std::vector<std::string>* continueTerms = nullptr;
+
+namespace velmora_clp {
 
 namespace {
 
@@ -48,6 +49,10 @@ std::vector<std::string> below(const char* name) {
     auto path = optionPath;
     path.emplace_back(name);
     return path;
+}
+
+bool present(const char* name) {
+    return y_token->_Options.hasNode(below(name));
 }
 
 bool repeated() {
@@ -97,36 +102,6 @@ ParseScope::~ParseScope() {
     y_pe = nullptr;
 }
 
-int call_214(const std::string& line) {
-    if (line.empty())
-        return 0;
-    resetLine();
-    flex_change_state(LEX_VERB);
-    lex_buf = &line;
-    y_token->_CommandLine = line;
-    const int result = yyparse();
-    if (!y_token->_AssignProperties.empty())
-        normalProperty(y_token->_AssignProperties);
-    if (!y_token->_FilterProperties.empty())
-        normalProperty(y_token->_FilterProperties);
-    return result;
-}
-
-int yyerror(char* msg) {
-    VELCLP_ASSERT(msg != nullptr, "msg!=__null");
-    VELCLP_LOG_BRANCH("CLP.CLPParser.yyerror", "%s", msg);
-    flex_init();
-    refuse(inArgumentList ? ProcessingError::INVALID_ARGUMENT
-                          : ProcessingError::COMMAND_SYNTAX_ERROR);
-    return 1;
-}
-
-char* parserMessage(const char* text) {
-    static char overflow[] = "parser stack overflow";
-    static char syntax[] = "syntax error";
-    return std::strcmp(text, "memory exhausted") == 0 ? overflow : syntax;
-}
-
 bool refuse(ProcessingError::error code) {
     y_pe->setErrorCode(code);
     return false;
@@ -145,7 +120,7 @@ bool addOption(const char* name) {
 // The repeat is found before the argument is read: a repeated option is a syntax error even when
 // its argument is missing.
 bool beginOption(const char* name, lex_state argument) {
-    if (y_token->_Options.hasNode(below(name)))
+    if (present(name))
         return repeated();
     optionPath.emplace_back(name);
     flex_change_state(argument);
@@ -176,17 +151,11 @@ bool beginList(const char* name, lex_state items) {
 }
 
 bool addItem(const char* name) {
-    const auto path = below(name);
-    if (y_token->_Options.hasNode(path))
-        return repeated();
-    return y_token->_Options.addNode(path);
+    return present(name) ? repeated() : y_token->_Options.addNode(below(name));
 }
 
 bool addItem(const char* name, const char* value) {
-    const auto path = below(name);
-    if (y_token->_Options.hasNode(path))
-        return repeated();
-    return y_token->_Options.addNode(path, value);
+    return present(name) ? repeated() : y_token->_Options.addNode(below(name), value);
 }
 
 bool addRange(const char* name, const int (&range)[2]) {
@@ -295,4 +264,38 @@ void addTopic(const char* term) {
 void setTopics() {
     VELCLP_ASSERT(y_token->_Target.empty(), "y_token->_Target.empty()");
     y_token->_Target = prop_tmp;
+}
+
+} // namespace velmora_clp
+
+using namespace velmora_clp;
+
+int call_214(const std::string& line) {
+    if (line.empty())
+        return 0;
+    resetLine();
+    flex_change_state(LEX_VERB);
+    lex_buf = &line;
+    y_token->_CommandLine = line;
+    const int result = yyparse();
+    if (!y_token->_AssignProperties.empty())
+        normalProperty(y_token->_AssignProperties);
+    if (!y_token->_FilterProperties.empty())
+        normalProperty(y_token->_FilterProperties);
+    return result;
+}
+
+int yyerror(char* msg) {
+    VELCLP_ASSERT(msg != nullptr, "msg!=__null");
+    VELCLP_LOG_BRANCH("CLP.CLPParser.yyerror", "%s", msg);
+    flex_init();
+    refuse(inArgumentList ? ProcessingError::INVALID_ARGUMENT
+                          : ProcessingError::COMMAND_SYNTAX_ERROR);
+    return 1;
+}
+
+char* parserMessage(const char* text) {
+    static char overflow[] = "parser stack overflow";
+    static char syntax[] = "syntax error";
+    return std::strcmp(text, "memory exhausted") == 0 ? overflow : syntax;
 }

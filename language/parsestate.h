@@ -1,8 +1,6 @@
 // What the grammar's rules do (syntax.yacc), and the state that they share while a line is parsed.
 // All of it is the process's, one line at a time; between lines nothing is left in it.
 //
-// An operation that gives a bool may refuse the line: it has then stored the error code, and the
-// parse ends at once.
 #ifndef LANGUAGE_PARSESTATE_H
 #define LANGUAGE_PARSESTATE_H
 
@@ -35,17 +33,21 @@ char* parserMessage(const char* text);
 // y_token and y_pe tell of.
 void tab_parser(const std::string& word);
 
+namespace velmora_clp {
+
 // Lends a token and an error record to the parser for the length of a scope; when it ends, the
 // parser and the scanner hold nothing of the line.
 class ParseScope {
 public:
-    ParseScope(CLPToken* token, velmora_clp::ProcessingError* pe);
+    ParseScope(CLPToken* token, ProcessingError* pe);
     ParseScope(const ParseScope&) = delete;
     ParseScope& operator=(const ParseScope&) = delete;
     ~ParseScope();
 };
 
-bool refuse(velmora_clp::ProcessingError::error code);
+// The actions of the rules. One that gives false has refused the line and stored the error code:
+// the parse ends at once.
+bool refuse(ProcessingError::error code);
 void startVerb(const char* word);
 
 // Options. The names are the long ones, with the "-".
@@ -80,5 +82,7 @@ bool addFilter(const char* value);
 void addPropertyName(const char* name);
 void addTopic(const char* term);
 void setTopics();
+
+} // namespace velmora_clp
 
 #endif

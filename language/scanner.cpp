@@ -11,14 +11,32 @@
 #include "velclp/reservedsymbol.h"
 #include "velclp/verbsymbol.h"
 
-using velmora_clp::lowerString;
-using velmora_clp::splitString;
-
 const std::string* lex_buf = nullptr;
 unsigned lex_buf_position = 0;
 bool flex_help = false;
 int target_length = 0;
 int target_limit = 0;
+
+int my_yyinput(char* buf, int max_size) {
+    VELCLP_ASSERT(buf != nullptr && max_size > 0, "buf!=__null&&max_size>0");
+    if (!lex_buf)
+        return 0;
+    const std::size_t count =
+        lex_buf->copy(buf, static_cast<std::size_t>(max_size),
+                      std::min<std::size_t>(lex_buf_position, lex_buf->size()));
+    lex_buf_position += static_cast<unsigned>(count);
+    return static_cast<int>(count);
+}
+
+std::string format_property_array(const char* str) {
+    VELCLP_ASSERT(str != nullptr, "str!=__null");
+    std::string path(str);
+    std::replace(path.begin(), path.end(), '[', ':');
+    path.erase(std::remove(path.begin(), path.end(), ']'), path.end());
+    return path;
+}
+
+namespace velmora_clp {
 
 namespace {
 
@@ -45,25 +63,6 @@ std::string strip(const std::string& text, char wrapper) {
 }
 
 } // namespace
-
-int my_yyinput(char* buf, int max_size) {
-    VELCLP_ASSERT(buf != nullptr && max_size > 0, "buf!=__null&&max_size>0");
-    if (!lex_buf)
-        return 0;
-    const std::size_t count =
-        lex_buf->copy(buf, static_cast<std::size_t>(max_size),
-                      std::min<std::size_t>(lex_buf_position, lex_buf->size()));
-    lex_buf_position += static_cast<unsigned>(count);
-    return static_cast<int>(count);
-}
-
-std::string format_property_array(const char* str) {
-    VELCLP_ASSERT(str != nullptr, "str!=__null");
-    std::string path(str);
-    std::replace(path.begin(), path.end(), '[', ':');
-    path.erase(std::remove(path.begin(), path.end(), ']'), path.end());
-    return path;
-}
 
 int storeText(const char* text, short token) {
     return tooLong(text) ? TK_ILLEGAL : storeString(text, token);
@@ -149,3 +148,5 @@ int scanUri(const char* text) {
     URIParserCleanup();
     return valid ? storeString(uri, TK_URI) : TK_BAD_ARG;
 }
+
+} // namespace velmora_clp

@@ -42,6 +42,8 @@ int my_yyinput(char* buf, int max_size);
 // "name[3]" as the property stores keep it, "name:3". A null pointer ends the process.
 std::string format_property_array(const char* str);
 
+namespace velmora_clp {
+
 // What the rules do with the text that they matched. Each gives the token to return; text that is
 // too long for a semantic value gives TK_ILLEGAL.
 int storeText(const char* text, short token);
@@ -57,5 +59,7 @@ int scanArrayName(const char* text);
 int scanValue(const char* text);
 int scanRange(const char* text);
 int scanUri(const char* text);
+
+} // namespace velmora_clp
 
 #endif

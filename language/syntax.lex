@@ -7,6 +7,8 @@
 #include "language/scanner.h"
 #include "language/syntax.h"
 
+using namespace velmora_clp;
+
 #define YY_INPUT(buffer, result, max_size) result = my_yyinput(buffer, static_cast<int>(max_size))
 
 /* A word that begins a target is scanned again, from its start, by the rules for targets. */

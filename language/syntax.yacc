@@ -10,7 +10,7 @@
 #include "language/scanner.h"
 #include "velclp/processingerror.h"
 
-using velmora_clp::ProcessingError;
+using namespace velmora_clp;
 
 #define YYINITDEPTH 200
 #define YYMAXDEPTH 10000

@@ -33,7 +33,6 @@ TEST(Options, OfEveryVerbAreThoseOfTheMatrix) {
         {"version", "...+.+u.+.++"}};
     ASSERT_EQ(matrix.size(), getSupportedVerbs().size());
     for (const auto& [verb, row] : matrix) {
-        Names supported;
         for (std::size_t i = 0; i < options.size(); ++i) {
             std::string name;
             const short token =
