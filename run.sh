@@ -13,17 +13,21 @@ fail() {
     exit 1
 }
 
-# The simulator and the run directory go when every process that holds descriptor 7 has ended:
-# this script and the host program. So they go however these two end.
+# The simulator and the run directory go when every process that holds descriptor 7, the writing
+# end of a pipe, has ended: this script and the host program. So they go however these two end.
 keep_until_end() {
-    trap '' INT TERM HUP
     setsid "$build/simulator/velclp-sim" --port 0 --model "$root/share/model" \
-        --database "$run/clpsvc.db3" </dev/null >"$run/simulator.out" 2>"$run/simulator.log" 7>&- &
-    local simulator=$!
+        --database "$run/clpsvc.db3" </dev/null >"$run/simulator.out" 2>"$run/simulator.log" &
+    local simulator=$! try
+    trap '' INT TERM HUP
     echo "$simulator" >"$run/simulator.pid"
     cat >/dev/null
     kill "$simulator" 2>/dev/null
-    wait "$simulator" 2>/dev/null
+    for ((try = 0; try < 100; try++)); do
+        kill -0 "$simulator" 2>/dev/null || break
+        sleep 0.02
+    done
+    kill -KILL "$simulator" 2>/dev/null
     rm -rf "$run"
 }
 
@@ -67,8 +71,10 @@ mkdir -p "$root/run" && run=$(mktemp -d "$root/run/session.XXXXXX") || fail "no 
 trap 'rm -rf "$run"' EXIT
 "$build/host/velclp" --provision "$run" >&2 </dev/null || fail "provisioning failed"
 
-exec 7> >(keep_until_end >/dev/null)
+mkfifo "$run/alive" || fail "no pipe"
+keep_until_end <"$run/alive" >/dev/null &
 keeper=$!
+exec 7>"$run/alive"
 trap 'exec 7>&-; wait "$keeper" 2>/dev/null' EXIT
 port=$(simulator_port) || fail "the simulator did not start"
 

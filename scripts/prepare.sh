@@ -28,7 +28,8 @@ as_root() {
 # Installs those of the given packages that are not there.
 need_packages() {
     local missing
-    mapfile -t missing < <(missing_packages "$@")
+    # shellcheck disable=SC2207 # package names hold neither blanks nor patterns
+    missing=($(missing_packages "$@"))
     [ ${#missing[@]} -gt 0 ] || return 0
     echo "Installing ${missing[*]}" >&2
     as_root apt-get -qq update >&2 </dev/null &&
