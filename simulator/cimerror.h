@@ -28,13 +28,15 @@ enum class CimStatus : int {
     methodNotFound = 17
 };
 
-/// The standard's symbol of a code, such as "CIM_ERR_NOT_FOUND"; "CIM_ERR_<number>" when it has none.
+/// The standard's symbol of a code, such as "CIM_ERR_NOT_FOUND"; "CIM_ERR_<number>" when it has
+/// none.
 std::string statusSymbol(int code);
 
 class CimError : public std::runtime_error {
 public:
     /// The description of the reply is the status's symbol, a colon and the detail.
-    CimError(CimStatus status, const std::string& detail) : CimError(static_cast<int>(status), detail) {}
+    CimError(CimStatus status, const std::string& detail)
+        : CimError(static_cast<int>(status), detail) {}
     CimError(int status, const std::string& detail);
 
     int code() const { return code_; }

@@ -1,5 +1,5 @@
-// A MOF text (DSP0004, annex A) as it was read: declarations in their order, each with its place in the
-// text, nothing resolved yet. MofParser makes it, MofCompiler gives it meaning.
+// A MOF text (DSP0004, annex A) as it was read: declarations in their order, each with its place in
+// the text, nothing resolved yet. MofParser makes it, MofCompiler gives it meaning.
 #pragma once
 
 #include "simulator/value.h"

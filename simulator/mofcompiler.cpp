@@ -7,7 +7,7 @@ namespace velclp_sim {
 namespace {
 
 /// Runs the action; a CIM error in it becomes a MofError at the place.
-template <class Action>
+template<class Action>
 auto at(const MofPlace& place, const Action& action) {
     try {
         return action();
@@ -48,7 +48,7 @@ Qualifiers inheritedQualifiers(const Qualifiers& of) {
     return result;
 }
 
-template <class Element>
+template<class Element>
 std::vector<Element> inheritedElements(const std::vector<Element>& of) {
     std::vector<Element> result = of;
     for (Element& element : result) {
@@ -59,7 +59,7 @@ std::vector<Element> inheritedElements(const std::vector<Element>& of) {
 }
 
 /// The inherited element of that name, or a new one at the end.
-template <class Element>
+template<class Element>
 Element& overridden(std::vector<Element>& elements, const std::string& name) {
     const auto found = std::find_if(elements.begin(), elements.end(),
                                     [&](const Element& e) { return sameName(e.name, name); });
@@ -101,10 +101,11 @@ void MofCompiler::declare(const MofClass& source, const std::string& nameSpace) 
         cls->properties = inheritedElements(cls->super->properties);
         cls->methods = inheritedElements(cls->super->methods);
     }
-    const bool association = std::any_of(source.qualifiers.begin(), source.qualifiers.end(),
-                                         [](const auto& q) { return sameName(q.name, "Association"); });
-    cls->qualifiers = qualifiers(source.qualifiers, nameSpace, association ? "association" : "class",
-                                 std::move(inherited));
+    const bool association =
+        std::any_of(source.qualifiers.begin(), source.qualifiers.end(),
+                    [](const auto& q) { return sameName(q.name, "Association"); });
+    cls->qualifiers = qualifiers(source.qualifiers, nameSpace,
+                                 association ? "association" : "class", std::move(inherited));
     for (const MofFeature& feature : source.features) {
         addFeature(*cls, feature);
     }
@@ -195,14 +196,17 @@ void MofCompiler::addProperty(Class& cls, const MofFeature& source) {
     } else if (!property.propagated) {
         throw MofError(source.place, "property " + source.name + " stands here twice");
     } else if (property.type != source.type || property.isArray != source.isArray) {
-        throw MofError(source.place, "property " + source.name + " has another type in a superclass");
+        throw MofError(source.place,
+                       "property " + source.name + " has another type in a superclass");
+    }
+    if (source.isArray && source.type == CimType::reference) {
+        throw MofError(source.place, "only parameters may be arrays of references");
     }
     property.propagated = false;
     describe(property, source, cls.nameSpace);
-    property.qualifiers =
-        qualifiers(source.qualifiers, cls.nameSpace,
-                   source.type == CimType::reference ? "reference" : "property",
-                   std::move(property.qualifiers));
+    property.qualifiers = qualifiers(source.qualifiers, cls.nameSpace,
+                                     source.type == CimType::reference ? "reference" : "property",
+                                     std::move(property.qualifiers));
     property.key = hasFlag(property.qualifiers, "Key");
     if (source.value) {
         property.defaultValue = convert(*source.value, source.type, source.isArray, source.name);
@@ -219,8 +223,8 @@ void MofCompiler::addMethod(Class& cls, const MofFeature& source) {
     }
     method.propagated = false;
     method.type = source.type;
-    method.qualifiers = qualifiers(source.qualifiers, cls.nameSpace, "method",
-                                   std::move(method.qualifiers));
+    method.qualifiers =
+        qualifiers(source.qualifiers, cls.nameSpace, "method", std::move(method.qualifiers));
     method.parameters.clear();
     for (const MofFeature& from : source.parameters) {
         Parameter parameter;

@@ -23,8 +23,8 @@ public:
     /// Keeps the instance for finish().
     void declare(const MofInstance& source, const std::string& nameSpace);
 
-    /// Adds the instances in their order, all of them or none, and checks the classes that references
-    /// are declared for. Throws MofError.
+    /// Adds the instances in their order, all of them or none, and checks the classes that
+    /// references are declared for. Throws MofError.
     void finish();
 
 private:
@@ -59,8 +59,8 @@ private:
     std::vector<PendingReference> references_;
 };
 
-/// The qualifier types of DSP0004, clause 5.6.3 and 5.6.4, that hold where a model declares none of that
-/// name itself; null for other names.
+/// The qualifier types of DSP0004, clause 5.6.3 and 5.6.4, that hold where a model declares none of
+/// that name itself; null for other names.
 const QualifierType* standardQualifierType(const std::string& name);
 
 } // namespace velclp_sim

@@ -48,7 +48,8 @@ std::optional<Value> integerValue(std::string_view text) {
         base = 8;
     }
     std::uint64_t magnitude = 0;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), magnitude, base);
+    const auto [stop, error] =
+        std::from_chars(text.data(), text.data() + text.size(), magnitude, base);
     constexpr std::uint64_t lowest = std::uint64_t{1} << 63U;
     if (text.empty() || error != std::errc() || stop != text.data() + text.size() ||
         (negative && magnitude > lowest)) {
@@ -134,8 +135,9 @@ MofToken MofLexer::next() {
     const char c = peek();
     const char second = peek(1);
     const bool digit = std::isdigit(static_cast<unsigned char>(c)) != 0;
-    const bool signedDigit = (c == '+' || c == '-' || c == '.') &&
-                             (std::isdigit(static_cast<unsigned char>(second)) != 0 || second == '.');
+    const bool signedDigit =
+        (c == '+' || c == '-' || c == '.') &&
+        (std::isdigit(static_cast<unsigned char>(second)) != 0 || second == '.');
     if (isWordStart(c)) {
         token.kind = MofToken::Kind::word;
         return word(std::move(token));

@@ -1,5 +1,5 @@
-// Cuts a MOF text into tokens (DSP0004, A.3). Comments and blanks are dropped; strings and characters
-// come with their escapes resolved, to UTF-8; numbers come as values.
+// Cuts a MOF text into tokens (DSP0004, A.3). Comments and blanks are dropped; strings and
+// characters come with their escapes resolved, to UTF-8; numbers come as values.
 #pragma once
 
 #include "simulator/mof.h"

@@ -103,7 +103,8 @@ void MofLoader::load() {
     compiler.finish();
 }
 
-void MofLoader::compile(MofCompiler& compiler, const File& file, std::string& nameSpace, int depth) {
+void MofLoader::compile(MofCompiler& compiler, const File& file, std::string& nameSpace,
+                        int depth) {
     for (const MofItem& item : file.document) {
         if (const auto* type = std::get_if<MofQualifierType>(&item)) {
             compiler.declare(*type, nameSpace);

@@ -1,7 +1,7 @@
 // Loads a model from MOF files and directories into a repository. A directory stands for its *.mof
-// files in the order of their names, but for those that another file of it includes. "#pragma include"
-// is relative to the including file; "#pragma namespace" holds until the end of the file that was
-// named, included files too; other pragmas mean nothing here.
+// files in the order of their names, but for those that another file of it includes. "#pragma
+// include" is relative to the including file; "#pragma namespace" holds until the end of the file
+// that was named, included files too; other pragmas mean nothing here.
 #pragma once
 
 #include "simulator/mof.h"
@@ -21,8 +21,8 @@ public:
     /// Declarations go into `nameSpace` unless a pragma says otherwise.
     MofLoader(Repository& repository, std::string nameSpace);
 
-    /// Reads a file, or a directory's files. Throws MofError, and std::runtime_error for a file that
-    /// cannot be read.
+    /// Reads a file, or a directory's files. Throws MofError, and std::runtime_error for a file
+    /// that cannot be read.
     void addPath(const std::filesystem::path& path);
 
     /// Reads a text that stands in no file; `name` is its name in messages. Throws MofError.

@@ -10,7 +10,9 @@
 namespace velclp_sim {
 
 /// One ASCII letter in lower case; any other byte unchanged.
-constexpr char foldCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+constexpr char foldCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
 
 /// The name in lower case.
 std::string lowerName(std::string_view name);

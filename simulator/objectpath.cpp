@@ -126,11 +126,12 @@ const Value& ObjectPath::key(std::string_view name) const {
 }
 
 std::string ObjectPath::toText() const {
+    return (nameSpace_.empty() ? "" : nameSpace_ + ":") + localText();
+}
+
+std::string ObjectPath::localText() const {
     std::string text;
     text.reserve(128);
-    if (!nameSpace_.empty()) {
-        text.append(nameSpace_).append(":");
-    }
     text += className_;
     char separator = '.';
     for (const KeyBinding& binding : keys_) {

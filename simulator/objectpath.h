@@ -1,5 +1,5 @@
-// The name of a CIM object (DSP0004, 8.2): namespace, class, and key bindings for an instance. Paths
-// are plain values; Repository::canonical() brings one to the form that the classes declare.
+// The name of a CIM object (DSP0004, 8.2): namespace, class, and key bindings for an instance.
+// Paths are plain values; Repository::canonical() brings one to the form that the classes declare.
 #pragma once
 
 #include "simulator/value.h"
@@ -25,8 +25,9 @@ public:
     /// An instance's path (or a class's, without keys) in the namespace; `nameSpace` may be empty,
     /// which means the namespace of the context.
     ObjectPath(std::string nameSpace, std::string className, std::vector<KeyBinding> keys = {})
-        : nameSpace_(std::move(nameSpace)), className_(std::move(className)), keys_(std::move(keys)) {
-    }
+        : nameSpace_(std::move(nameSpace)),
+          className_(std::move(className)),
+          keys_(std::move(keys)) {}
 
     const std::string& nameSpace() const { return nameSpace_; }
     const std::string& className() const { return className_; }
@@ -38,8 +39,11 @@ public:
 
     /// `[namespace:]Class.Key="text",Other=7` (DSP0004, 8.2.2), keys in their own order.
     std::string toText() const;
+    /// The same without the namespace.
+    std::string localText() const;
 
-    /// Reads toText()'s form, also with a "//host/" in front of the namespace. Strings may hold \" and
+    /// Reads toText()'s form, also with a "//host/" in front of the namespace. Strings may hold \"
+    /// and
     /// \\; a quoted text that reads as a path stays a string (the class decides, see
     /// Repository::canonical). Throws CIM_ERR_INVALID_PARAMETER.
     static ObjectPath fromText(std::string_view text);

@@ -8,9 +8,9 @@
 //     const ProviderRegistration registration{
 //         [](Services& services) { return std::make_unique<PowerProvider>(services); }};
 //
-// Calls come from many threads at once; the repository is safe to use from all of them, a provider's
-// own state is the provider's to guard. No lock may be held while the repository, the scheduler's
-// pause() or a database is called. Refusals are thrown as CimError.
+// Calls come from many threads at once; the repository is safe to use from all of them, a
+// provider's own state is the provider's to guard. No lock may be held while the repository, the
+// scheduler's pause() or a database is called. Refusals are thrown as CimError.
 #pragma once
 
 #include "simulator/repository.h"
@@ -63,7 +63,8 @@ private:
 };
 
 struct MethodResult {
-    /// Of the method's declared type, or what coerces to it; NULL for a method that returns nothing.
+    /// Of the method's declared type, or what coerces to it; NULL for a method that returns
+    /// nothing.
     Value returnValue;
     /// OUT parameters by name; names must be those of the declaration.
     Arguments out;
@@ -83,22 +84,22 @@ public:
     virtual void start() {}
 
     /// Called before every operation that reads instances of the classes, along associations too:
-    /// the place to bring the repository's instances (and the associations that tie them to the model)
-    /// into step with what lies elsewhere. Throwing fails the operation.
+    /// the place to bring the repository's instances (and the associations that tie them to the
+    /// model) into step with what lies elsewhere. Throwing fails the operation.
     virtual void refresh() {}
 
     /// True when a caller who may only read is allowed this change nevertheless.
     virtual bool opensToReaders(Change /*change*/, const Class& /*cls*/) const { return false; }
 
-    /// Makes the instance and gives its path; nothing when the next in line shall do it. Keys may be
-    /// NULL in the draft: choosing them is the provider's right.
+    /// Makes the instance and gives its path; nothing when the next in line shall do it. Keys may
+    /// be NULL in the draft: choosing them is the provider's right.
     virtual std::optional<ObjectPath> createInstance(const Caller& /*caller*/,
                                                      const Instance& /*draft*/) {
         return std::nullopt;
     }
 
-    /// Applies the changes; false when the next in line shall do it. The instance exists, the path is
-    /// canonical, no change is of a key.
+    /// Applies the changes; false when the next in line shall do it. The instance exists, the path
+    /// is canonical, no change is of a key.
     virtual bool modifyInstance(const Caller& /*caller*/, const ObjectPath& /*path*/,
                                 const std::vector<PropertyChange>& /*changes*/) {
         return false;

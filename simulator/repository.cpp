@@ -84,7 +84,7 @@ void Repository::addQualifierType(std::string_view nameSpace, QualifierType type
 }
 
 const QualifierType* Repository::findQualifierType(std::string_view nameSpace,
-                                               std::string_view name) const {
+                                                   std::string_view name) const {
     const std::shared_lock<std::shared_mutex> lock(mutex_);
     const Space* space = findSpace(nameSpace);
     if (!space) {
@@ -169,7 +169,7 @@ ObjectPath Repository::canonical(const ObjectPath& path) const {
 ObjectPath Repository::canonicalPath(const ObjectPath& path, int depth) const {
     const Class& cls = demand(path.nameSpace(), path.className());
     if (path.keys().size() != cls.keys().size() || depth > maxPathDepth) {
-        throw CimError(CimStatus::invalidParameter, "wrong number of keys: " + path.toText());
+        throw CimError(CimStatus::invalidParameter, "wrong number of keys: " + path.localText());
     }
     std::vector<KeyBinding> keys;
     keys.reserve(path.keys().size());
@@ -180,10 +180,10 @@ ObjectPath Repository::canonicalPath(const ObjectPath& path, int depth) const {
         const Value& given = unnamed ? path.keys()[0].value : path.key(property.name);
         if (given.isNull()) {
             throw CimError(CimStatus::invalidParameter,
-                           "key " + property.name + " is missing: " + path.toText());
+                           "key " + property.name + " is missing: " + path.localText());
         }
-        keys.push_back({property.name, canonicalReference(keyValue(given, property), cls.nameSpace,
-                                                          depth + 1)});
+        keys.push_back({property.name,
+                        canonicalReference(keyValue(given, property), cls.nameSpace, depth + 1)});
     }
     return {cls.nameSpace, cls.name, std::move(keys)};
 }

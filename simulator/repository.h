@@ -1,6 +1,6 @@
-// What the simulated CIM server knows: namespaces, qualifier types, classes and instances. Instances
-// are found by path through a hash, class by class in the order in which they were added, and along
-// associations through an index of the objects that association instances refer to.
+// What the simulated CIM server knows: namespaces, qualifier types, classes and instances.
+// Instances are found by path through a hash, class by class in the order in which they were added,
+// and along associations through an index of the objects that association instances refer to.
 //
 // Every operation may be called from any thread and takes the repository's lock for its own time
 // only. What is handed out are immutable snapshots: a change replaces an instance, so a reader goes
@@ -55,8 +55,8 @@ public:
     const Class* findClass(std::string_view nameSpace, std::string_view name) const;
     /// As findClass, but throws CIM_ERR_INVALID_NAMESPACE or CIM_ERR_INVALID_CLASS.
     const Class& requireClass(std::string_view nameSpace, std::string_view name) const;
-    /// The direct subclasses (of all depths when `deep`) in the order of declaration, without the class
-    /// itself; an empty name means the top-level classes.
+    /// The direct subclasses (of all depths when `deep`) in the order of declaration, without the
+    /// class itself; an empty name means the top-level classes.
     std::vector<const Class*> subclasses(std::string_view nameSpace, std::string_view name,
                                          bool deep) const;
 
@@ -74,29 +74,30 @@ public:
 
     /// Instances of the class and its subclasses in the repository's order. Throws
     /// CIM_ERR_INVALID_NAMESPACE and CIM_ERR_INVALID_CLASS.
-    std::vector<InstancePtr> instances(std::string_view nameSpace, std::string_view className) const;
+    std::vector<InstancePtr> instances(std::string_view nameSpace,
+                                       std::string_view className) const;
 
     /// Adds the instance at the end and gives its path. Throws CIM_ERR_ALREADY_EXISTS,
     /// CIM_ERR_INVALID_PARAMETER (a key is NULL), CIM_ERR_FAILED (an abstract class).
     ObjectPath add(Instance instance);
 
-    /// Changes an instance in one step: `change` gets a copy under the repository's lock and must not
-    /// call the repository. Keys cannot change (CIM_ERR_NOT_SUPPORTED). Throws CIM_ERR_NOT_FOUND, and
-    /// whatever `change` throws, with nothing changed then.
+    /// Changes an instance in one step: `change` gets a copy under the repository's lock and must
+    /// not call the repository. Keys cannot change (CIM_ERR_NOT_SUPPORTED). Throws
+    /// CIM_ERR_NOT_FOUND, and whatever `change` throws, with nothing changed then.
     void update(const ObjectPath& path, const std::function<void(Instance&)>& change);
 
     /// Removes the instance and every association instance that refers to it. False when there is
     /// no such instance.
     bool remove(const ObjectPath& path);
 
-    /// Puts the instances of the class (exactly of it) into a new order: the paths that are given first,
-    /// the others behind them as they were. Association instances that refer to them are moved
-    /// alike, so that walks meet the objects in the new order.
+    /// Puts the instances of the class (exactly of it) into a new order: the paths that are given
+    /// first, the others behind them as they were. Association instances that refer to them are
+    /// moved alike, so that walks meet the objects in the new order.
     void reorder(std::string_view nameSpace, std::string_view className,
                  const std::vector<ObjectPath>& first);
 
-    /// The association instances that refer to the object, of the classes that the filter takes (null:
-    /// all), in the repository's order; one entry for each reference to the object.
+    /// The association instances that refer to the object, of the classes that the filter takes
+    /// (null: all), in the repository's order; one entry for each reference to the object.
     std::vector<Link> links(const ObjectPath& object, const ClassFilter& filter = nullptr) const;
 
 private:

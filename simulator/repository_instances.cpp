@@ -12,7 +12,7 @@ namespace velclp_sim {
 namespace {
 
 /// Calls `visit` for each object that an association instance refers to, with its property's index.
-template <class Visit>
+template<class Visit>
 void eachEnd(const Instance& association, const Visit& visit) {
     const Class& cls = association.cls();
     if (!cls.isAssociation()) {
@@ -25,7 +25,7 @@ void eachEnd(const Instance& association, const Visit& visit) {
     }
 }
 
-template <class Endpoint>
+template<class Endpoint>
 auto findList(Endpoint& endpoint, const Class* cls) {
     return std::find_if(endpoint.begin(), endpoint.end(),
                         [cls](const auto& list) { return list.first == cls; });
@@ -116,7 +116,7 @@ ObjectPath Repository::add(Instance instance) {
     node->instance = std::make_shared<const Instance>(std::move(instance));
     const auto [slot, added] = nodes_.emplace(node->id, nullptr);
     if (!added) {
-        throw CimError(CimStatus::alreadyExists, path.toText());
+        throw CimError(CimStatus::alreadyExists, path.localText());
     }
     slot->second = std::move(node);
     ++nextPosition_;
@@ -128,13 +128,13 @@ void Repository::update(const ObjectPath& path, const std::function<void(Instanc
     const std::unique_lock<std::shared_mutex> lock(mutex_);
     Node* node = findNode(path);
     if (!node) {
-        throw CimError(CimStatus::notFound, path.toText());
+        throw CimError(CimStatus::notFound, path.localText());
     }
     Instance changed = *node->instance;
     change(changed);
     canonicalReferences(changed);
     if (pathId(changed.path()) != node->id) {
-        throw CimError(CimStatus::notSupported, "keys cannot change: " + path.toText());
+        throw CimError(CimStatus::notSupported, "keys cannot change: " + path.localText());
     }
     unlink(*node);
     node->instance = std::make_shared<const Instance>(std::move(changed));
@@ -174,7 +174,7 @@ void Repository::reorder(std::string_view nameSpace, std::string_view className,
     for (const ObjectPath& path : first) {
         Node* node = findNode(path);
         if (!node || &node->instance->cls() != &cls) {
-            throw CimError(CimStatus::notFound, path.toText());
+            throw CimError(CimStatus::notFound, path.localText());
         }
         if (placed.insert(node).second) {
             order.push_back(node);

@@ -12,7 +12,8 @@ struct Repository::Space {
     std::unordered_map<std::string_view, const Class*, NameHash, NameEqual> byName;
     /// Direct subclasses; null stands for "no superclass".
     std::unordered_map<const Class*, std::vector<const Class*>> children;
-    std::unordered_map<std::string, std::unique_ptr<QualifierType>, NameHash, NameEqual> qualifierTypes;
+    std::unordered_map<std::string, std::unique_ptr<QualifierType>, NameHash, NameEqual>
+        qualifierTypes;
 };
 
 struct Repository::Node {

@@ -13,7 +13,8 @@ Scheduler::~Scheduler() {
 }
 
 Scheduler::Clock::duration Scheduler::scaled(Duration nominal) const {
-    const std::chrono::duration<double, std::milli> real(static_cast<double>(nominal.count()) / speed_);
+    const std::chrono::duration<double, std::milli> real(static_cast<double>(nominal.count()) /
+                                                         speed_);
     return std::chrono::duration_cast<Clock::duration>(real);
 }
 

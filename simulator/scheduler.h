@@ -1,5 +1,5 @@
-// Time in the simulated controller: state changes that happen later, and calls that take their time.
-// All durations are nominal; the simulator's --speed divides them.
+// Time in the simulated controller: state changes that happen later, and calls that take their
+// time. All durations are nominal; the simulator's --speed divides them.
 #pragma once
 
 #include <chrono>
@@ -20,8 +20,8 @@ public:
     /// Stops, and waits for a task that is running.
     ~Scheduler();
 
-    /// Runs the task once, after the nominal time, on the scheduler's own thread; tasks run one at a
-    /// time, in the order of their times. A task that throws is dropped.
+    /// Runs the task once, after the nominal time, on the scheduler's own thread; tasks run one at
+    /// a time, in the order of their times. A task that throws is dropped.
     void after(Duration nominal, std::function<void()> task);
 
     /// Sleeps for the nominal time on the caller's thread; false when stop() cut it short.

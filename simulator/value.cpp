@@ -72,7 +72,8 @@ Value coerceInteger(const Value& value, CimType type, std::string_view what) {
         return number;
     }
     const auto number = value.toSigned(0);
-    if (number != value.toSigned(1) || number > signedLimit(type) || number < -signedLimit(type) - 1) {
+    if (number != value.toSigned(1) || number > signedLimit(type) ||
+        number < -signedLimit(type) - 1) {
         mismatch(what, type);
     }
     return number;
@@ -202,7 +203,8 @@ Value::Value(const ObjectPath& path) : data_(std::make_shared<const ObjectPath>(
 Value::Value(Array elements) : data_(std::make_shared<const Array>(std::move(elements))) {}
 
 bool Value::isInteger() const {
-    return std::holds_alternative<std::uint64_t>(data_) || std::holds_alternative<std::int64_t>(data_);
+    return std::holds_alternative<std::uint64_t>(data_) ||
+           std::holds_alternative<std::int64_t>(data_);
 }
 
 bool Value::toBool(bool otherwise) const {

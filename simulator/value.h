@@ -49,7 +49,7 @@ public:
     /// NULL.
     Value() = default;
     Value(bool value) : data_(value) {}
-    template <class T, std::enable_if_t<std::is_integral_v<T> && !std::is_same_v<T, bool>, int> = 0>
+    template<class T, std::enable_if_t<std::is_integral_v<T> && !std::is_same_v<T, bool>, int> = 0>
     Value(T value) {
         if constexpr (std::is_signed_v<T>) {
             data_ = static_cast<std::int64_t>(value);

@@ -8,8 +8,10 @@ CREATE TABLE addrsvc_clp(
     id INTEGER NOT NULL UNIQUE,
     ns TEXT
 );
--- LIKE compares without case, and uses an index only when that does so too.
-CREATE INDEX addrsvc_clp_ufip_nocase ON addrsvc_clp(ufip COLLATE NOCASE);
+-- By parent address (with its "/" at the end), so that what lies directly in a parent is found
+-- without passing over all that is below. The words char(47) and char() stand for "/" and "", as
+-- the queries have them: literals there become parameters, which no index matches.
+CREATE INDEX addrsvc_clp_parent ON addrsvc_clp(rtrim(ufip, replace(ufip, char(47), char())), ufip);
 CREATE INDEX addrsvc_clp_cimclass ON addrsvc_clp(cimclass);
 
 -- One row per key of an object's path; id is the one of its row in addrsvc_clp.
@@ -20,14 +22,13 @@ CREATE TABLE addrsvc_cim(
     type INTEGER NOT NULL
 );
 CREATE INDEX addrsvc_cim_id ON addrsvc_cim(id);
-CREATE INDEX addrsvc_cim_value ON addrsvc_cim(value);
+CREATE INDEX addrsvc_cim_value ON addrsvc_cim(value, id);
 
 -- The next free number of each parent and class tag, and under "/" of the rows themselves.
 CREATE TABLE addrsvc_seq(
     ufip TEXT NOT NULL UNIQUE,
     next INTEGER NOT NULL
 );
-CREATE INDEX addrsvc_seq_ufip_nocase ON addrsvc_seq(ufip COLLATE NOCASE);
 
 -- Requests to stop a job of a session: pid is the session's process, killed 0 to terminate.
 CREATE TABLE job_terminate(

@@ -1,0 +1,278 @@
+#include "tests/unit/address_fixture.h"
+
+#include "database/faults.h"
+
+#include <atomic>
+#include <chrono>
+#include <fcntl.h>
+#include <filesystem>
+#include <functional>
+#include <sqlite3.h>
+#include <sys/file.h>
+#include <thread>
+#include <unistd.h>
+
+namespace velmora_clp {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class AddressStoreTest : public AddressFixture {
+protected:
+    // Caches an object that is known by one key.
+    void cache(CLPAddrSVC& service, const std::string& ufip, const std::string& cimclass,
+               const std::string& id) {
+        const fakecim::Object object = {cimclass, {{"InstanceID", id}}, {}};
+        service.addCacheItem(ufip, object.path().get(), "root/zorm");
+    }
+    void cacheTree(CLPAddrSVC& service) {
+        int id = 0;
+        for (const char* ufip :
+             {"/admin1", "/admin1/system1", "/admin1/system1/sp1", "/admin1/system1/sp1/splog1",
+              "/admin1/system2", "/admin1/system10", "/admin1/system_x1", "/admin1/systemA1",
+              "/admin1/systemlog1", "/admin1/system1a2", "/adminx/system3"})
+            cache(service, ufip, "ZORM_Any", std::to_string(++id));
+    }
+};
+
+TEST_F(AddressStoreTest, TheFirstServiceOnAnEmptyDatabaseMakesTheRowCounter) {
+    EXPECT_EQ("", counter("/"));
+    CLPAddrSVC service(m_server.client());
+    EXPECT_EQ(1, service.getNextSeq("/"));
+    CLPAddrSVC second(m_server.client());
+    EXPECT_EQ("/|1\n", m_directory.query("clp.db3", "SELECT * FROM addrsvc_seq"));
+}
+
+TEST_F(AddressStoreTest, CountersAreAddedOnceAndThenMoved) {
+    CLPAddrSVC service(m_server.client());
+    EXPECT_EQ(-1, service.getNextSeq("/admin1/system"));
+    EXPECT_TRUE(service.setNextSeq("/admin1/system", 4, true));
+    EXPECT_FALSE(service.setNextSeq("/admin1/system", 9, true));
+    EXPECT_EQ(4, service.getNextSeq("/admin1/system"));
+    EXPECT_TRUE(service.setNextSeq("/admin1/system", 5, false));
+    EXPECT_EQ(5, service.getNextSeq("/admin1/system"));
+    EXPECT_TRUE(service.setNextSeq("/admin1/user", 5, false));
+    EXPECT_EQ(-1, service.getNextSeq("/admin1/user"));
+    EXPECT_DEATH(service.setNextSeq("/admin1/system", 0, false), "id>0");
+}
+
+TEST_F(AddressStoreTest, AnObjectIsWrittenWithItsKeysInOrderAndTakesTheNextRowNumber) {
+    CLPAddrSVC service(m_server.client());
+    const fakecim::Object object = {
+        "ZORM_Fan", {{"SystemName", "node's \"a\""}, {"Name", "x|y"}, {"Tag", ""}}, {}};
+    EXPECT_EQ(0, service.addCacheItem("/admin1/oem_fan1", object.path().get(), "root/other"));
+    cache(service, "/admin1/oem_fan2", "ZORM_Fan", "2");
+    EXPECT_EQ("/admin1/oem_fan1|ZORM_Fan|1|root/other\n/admin1/oem_fan2|ZORM_Fan|2|root/zorm\n",
+              m_directory.query("clp.db3", "SELECT ufip,cimclass,id,ns FROM addrsvc_clp"));
+    EXPECT_EQ("1|SystemName|node's \"a\"|5632\n1|Name|x|y|5632\n1|Tag||5632\n"
+              "2|InstanceID|2|5632\n",
+              m_directory.query("clp.db3", "SELECT id,name,value,type FROM addrsvc_cim"));
+    EXPECT_EQ("3\n", counter("/"));
+    const CimPath rebuilt(service.createCIMObjectPathFromDB(1, "ZORM_Fan", "root/other"));
+    fakecim::Object inOther = object;
+    inOther.ns = "root/other";
+    EXPECT_NE(0, clp_sameCMPIObjectPath(rebuilt.get(), inOther.path().get()));
+    EXPECT_DEATH(service.addCacheItem("", object.path().get(), ""),
+                 "!ufip.empty\\(\\)&&objectpath");
+}
+
+TEST_F(AddressStoreTest, KeysOfEveryPlainTypeComeBackAsTheyWere) {
+    CLPAddrSVC service(m_server.client());
+    CimPath path(newCMPIObjectPath("root/zorm", "ZORM_Fan", nullptr));
+    const struct {
+        const char* name;
+        CMPIType type;
+        const char* value;
+    } keys[] = {{"U8", CMPI_uint8, "200"},          {"U16", CMPI_uint16, "65535"},
+                {"S16", CMPI_sint16, "-5"},         {"S32", CMPI_sint32, "-2147483648"},
+                {"U64", CMPI_uint64, "1999999999"}, {"S64", CMPI_sint64, "-7"},
+                {"B", CMPI_boolean, "true"},        {"S", CMPI_string, "5"}};
+    for (const auto& key : keys) {
+        fakecim::Data data(fakecim::number(key.type, key.value));
+        path->ft->addKey(path.get(), key.name, &data.get().value, key.type);
+    }
+    CMPIValue large = {};
+    large.uint32 = 4294967295UL;
+    path->ft->addKey(path.get(), "U32", &large, CMPI_uint32);
+    service.addCacheItem("/admin1/oem_fan1", path.get(), "root/zorm");
+    const CimPath rebuilt(service.createCIMObjectPathFromDB(1, "ZORM_Fan", "root/zorm"));
+    EXPECT_NE(0, clp_sameCMPIObjectPath(path.get(), rebuilt.get()));
+    EXPECT_EQ("/admin1/oem_fan1", service.getUfipFromCache(path.get()));
+}
+
+TEST_F(AddressStoreTest, AKeyThatIsAReferenceCostsNothingButTheObject) {
+    CLPAddrSVC service(m_server.client());
+    CimPath path(newCMPIObjectPath("root/zorm", "ZORM_Fan", nullptr));
+    const CimPath other = m_admin->path();
+    CMPIValue value = {};
+    value.ref = other.get();
+    path->ft->addKey(path.get(), "Element", &value, CMPI_ref);
+    service.addCacheItem("/admin1/oem_fan1", path.get(), "root/zorm");
+    const CimPath rebuilt(service.createCIMObjectPathFromDB(1, "ZORM_Fan", "root/zorm"));
+    const CMPIData key = rebuilt->ft->getKeyAt(rebuilt.get(), 0, nullptr, nullptr);
+    EXPECT_EQ(CMPI_string, key.type);
+    EXPECT_EQ("root/zorm:ZORM_AdminDomain.Name=\"root\"", cimValueText(key.type, key.value));
+}
+
+TEST_F(AddressStoreTest, AFailedStatementLeavesNothingOfAnObject) {
+    CLPAddrSVC service(m_server.client());
+    // The transaction, the counter and the row pass; the key fails.
+    for (int statement = 1; statement <= 6; ++statement) {
+        dbfaults::failStatement(statement, SQLITE_IOERR);
+        cache(service, "/admin1/oem_fan1", "ZORM_Fan", "x");
+        dbfaults::clear();
+        EXPECT_EQ("0|0|1\n",
+                  m_directory.query("clp.db3", "SELECT (SELECT count(*) FROM addrsvc_clp),"
+                                               "(SELECT count(*) FROM addrsvc_cim),next "
+                                               "FROM addrsvc_seq"))
+            << statement;
+    }
+    cache(service, "/admin1/oem_fan1", "ZORM_Fan", "x");
+    EXPECT_EQ("/admin1/oem_fan1\n", addresses());
+}
+
+TEST_F(AddressStoreTest, ASecondObjectUnderTheSameAddressIsRefused) {
+    CLPAddrSVC service(m_server.client());
+    cache(service, "/admin1/oem_fan1", "ZORM_Fan", "x");
+    cache(service, "/admin1/oem_fan1", "ZORM_Fan", "y");
+    EXPECT_EQ("1|InstanceID|x\n",
+              m_directory.query("clp.db3", "SELECT id,name,value FROM addrsvc_cim"));
+    EXPECT_EQ("2\n", counter("/"));
+}
+
+TEST_F(AddressStoreTest, AClassAddressTakesItsInstancesInTheOrderOfTheirRowsAndNothingElse) {
+    CLPAddrSVC service(m_server.client());
+    cacheTree(service);
+    const auto cached = [&](const char* address) {
+        return names(service.getCacheItem(CLPAddrpath("/", address)));
+    };
+    EXPECT_EQ("2 5 6", cached("/admin1/system*"));
+    EXPECT_EQ("1", cached("/admin*"));
+    EXPECT_EQ("3", cached("/admin1/system1/sp*"));
+    EXPECT_EQ("6", cached("/admin1/system10"));
+    EXPECT_EQ("", cached("/admin1/system3"));
+    EXPECT_EQ("", cached("/admin1/nosuch1"));
+    EXPECT_EQ("", cached("/"));
+    EXPECT_EQ(0U, m_server.calls.size());
+}
+
+TEST_F(AddressStoreTest, AnAddressWithAQuoteIsLookedUpAsItStands) {
+    CLPAddrSVC service(m_server.client());
+    cacheTree(service);
+    CLPAddrpath path("/", "/");
+    ASSERT_TRUE(path.setPath("/", "/x'OR'1/system1"));
+    EXPECT_TRUE(service.getCacheItem(path).empty());
+}
+
+TEST_F(AddressStoreTest, DeletingAnAddressTakesItsRowAndKeysAlone) {
+    CLPAddrSVC service(m_server.client());
+    cacheTree(service);
+    service.deleteUfip("/admin1/system9");
+    service.deleteUfip("");
+    service.deleteUfip("no address");
+    EXPECT_EQ("11\n", m_directory.query("clp.db3", "SELECT count(*) FROM addrsvc_clp"));
+    service.deleteUfip("/system1");
+    service.deleteUfip("/admin1/system1/sp1/log1");
+    EXPECT_EQ("/admin1\n/admin1/system1/sp1\n/admin1/system2\n/admin1/system10\n"
+              "/admin1/system_x1\n/admin1/systemA1\n/admin1/systemlog1\n/admin1/system1a2\n"
+              "/adminx/system3\n",
+              addresses());
+    EXPECT_EQ("9\n", m_directory.query("clp.db3", "SELECT count(*) FROM addrsvc_cim"));
+}
+
+TEST_F(AddressStoreTest, EmptyingAClassTakesItsInstancesWithAllBelowAndNoOtherClass) {
+    CLPAddrSVC service(m_server.client());
+    cacheTree(service);
+    service.setNextSeq("/admin1/system1/sp", 2, true);
+    service.emptyCacheUfct("", "");
+    service.emptyCacheUfct("/admin1", "system");
+    EXPECT_EQ("/admin1\n/admin1/system_x1\n/admin1/systemA1\n/admin1/systemlog1\n"
+              "/admin1/system1a2\n/adminx/system3\n",
+              addresses());
+    EXPECT_EQ("6\n", m_directory.query("clp.db3", "SELECT count(*) FROM addrsvc_cim"));
+    EXPECT_EQ("2\n", counter("/admin1/system1/sp"));
+}
+
+TEST_F(AddressStoreTest, ListsOfWhatIsCachedAreInUserFormAndMakeNoCall) {
+    CLPAddrSVC service(m_server.client());
+    cacheTree(service);
+    EXPECT_EQ((Lines{"/admin1/system1", "/admin1/system2", "/admin1/system10"}),
+              service.selectUfip("/admin1/system"));
+    EXPECT_EQ((Lines{"/admin1/system1/sp1/log1"}), service.selectUfip("/admin1/system1/sp1/splog"));
+    EXPECT_EQ((Lines{"system1", "system2", "system10", "system_x1", "systemA1", "systemlog1",
+                     "system1a2"}),
+              service.selectSubTargets("/admin1/"));
+    EXPECT_EQ((Lines{"system_x1"}), service.selectSubTargets("/admin1/system_"));
+    EXPECT_EQ((Lines{"system1", "system10", "system1a2"}),
+              service.selectSubTargets("/admin1/system1"));
+    EXPECT_EQ((Lines{"log1"}), service.selectSubTargets("/admin1/system1/sp1/s"));
+    EXPECT_EQ((Lines{"admin1"}), service.selectSubTargets("/"));
+    EXPECT_EQ(Lines{}, service.selectSubTargets("/admin1/%"));
+    EXPECT_EQ(0U, m_server.calls.size());
+}
+
+TEST_F(AddressStoreTest, AFailedQueryGivesTheNeutralAnswer) {
+    CLPAddrSVC service(m_server.client());
+    cacheTree(service);
+    dbfaults::failStatement(1, SQLITE_IOERR, 100);
+    EXPECT_EQ(-1, service.getNextSeq("/"));
+    EXPECT_FALSE(service.setNextSeq("/", 2, false));
+    EXPECT_TRUE(service.getCacheItem(CLPAddrpath("/", "/admin1")).empty());
+    EXPECT_EQ(nullptr, service.createCIMObjectPathFromDB(1, "ZORM_Any", "root/zorm"));
+    EXPECT_TRUE(service.selectUfip("/admin1/system").empty());
+    EXPECT_EQ("", service.getUfipFromCache(m_admin->path().get()));
+    service.deleteUfip("/admin1/system1");
+    service.emptyCacheUfct("/admin1", "system");
+    dbfaults::clear();
+    EXPECT_EQ("11\n", m_directory.query("clp.db3", "SELECT count(*) FROM addrsvc_clp"));
+}
+
+// The lock file that the process has open: that of its first test, which is deleted by now when
+// several run in one process.
+std::string lockFile() {
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code error;
+        const std::string target = std::filesystem::read_symlink(entry, error);
+        if (target.find("/schema.conf") != std::string::npos)
+            return entry.path();
+    }
+    return "";
+}
+
+TEST_F(AddressStoreTest, TheLockIsSharedForReadingADynamicClassAndNotTakenForAStaticOne) {
+    CLPAddrSVC service(m_server.client());
+    const auto lockedBy = [&](const std::function<void()>& work) {
+        // A writer elsewhere lets only readers without a lock pass.
+        const int fd = open(lockFile().c_str(), O_RDONLY);
+        flock(fd, LOCK_EX);
+        std::atomic<bool> done{false};
+        std::thread reader([&] {
+            work();
+            done = true;
+        });
+        for (int i = 0; i < 50 && !done; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        const bool waited = !done;
+        flock(fd, LOCK_UN);
+        reader.join();
+        close(fd);
+        return waited;
+    };
+    EXPECT_FALSE(lockedBy([&] { service.getNextSeq("/admin1/system"); }));
+    EXPECT_TRUE(lockedBy([&] { service.getNextSeq("/admin1/system1/sp1/user"); }));
+    EXPECT_FALSE(lockedBy([&] { service.selectUfip("/admin1/system"); }));
+    EXPECT_TRUE(lockedBy([&] { service.selectUfip("/admin1/system1/sp1/user"); }));
+    EXPECT_TRUE(lockedBy([&] { service.selectSubTargets("/admin1/"); }));
+}
+
+TEST(AddressStoreDeathTest, AServiceNeedsAClientAndASchemaARoot) {
+    RunDirectory directory;
+    directory.use();
+    EXPECT_DEATH(CLPAddrSVC(nullptr), "cc!=__null");
+    directory.write("schema.conf", "[zorm_fan]\n(fan_1)\n(end)\n[end]\n");
+    fakecim::Server server;
+    EXPECT_DEATH(CLPAddrSVC(server.client()), "p!=m_classTree.end\\(\\)");
+}
+
+} // namespace
+} // namespace velmora_clp
