@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <deque>
 #include <functional>
+#include <list>
 #include <map>
 #include <string>
 #include <strings.h>
@@ -251,8 +252,8 @@ public:
 
     CMCIClient* client() { return this; }
 
-    // Where the objects stand; a deque keeps their addresses.
-    std::deque<Object> objects;
+    // Where the objects stand; a list keeps their addresses.
+    std::list<Object> objects;
     std::map<std::string, ClassModel> classes;
     std::vector<Call> calls;
     // Called on every call before it is answered; a code other than 0 fails it.
