@@ -10,6 +10,12 @@ foreach(program velclp_host velclp-sim)
         install(TARGETS ${program})
     endif()
 endforeach()
+set(VELCLP_PC_CIM_CLIENT -lcmpisfcc)
+if(VELCLP_BUNDLED_CIM_CLIENT)
+    set(VELCLP_PC_CIM_CLIENT -lvelclp_cimclient)
+    set_target_properties(velclp_cimclient PROPERTIES
+        VERSION ${PROJECT_VERSION} SOVERSION 1 INSTALL_RPATH "$ORIGIN")
+endif()
 set_target_properties(velclp velclp_platform PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS velclp velclp_platform velclp_cimclient EXPORT velclp-targets)
 

@@ -79,29 +79,28 @@ TEST(Provisioning, SaysWhyADirectoryCannotBeMade) {
     EXPECT_EQ(outer.file("file") + ": is not a directory", failureOf(outer.file("file")));
 }
 
-TEST(AddressDatabase, AnswersTheAddressQueriesFromAnIndex) {
+TEST(Databases, FindRowsByTheirKeysThroughAnIndex) {
     const RunDirectory run;
-    const std::string range =
-        "WHERE ufip LIKE '/admin1/system1/sp%' AND ufip < '/admin1/system1/spa'";
-    const std::string subtree =
-        "WHERE ufip ='/admin1/system1/sp1' OR ufip LIKE '/admin1/system1/sp1/%'";
-    for (const std::string& sql : {
-             std::string("SELECT next  FROM addrsvc_seq WHERE ufip='/'"),
-             std::string("SELECT * FROM addrsvc_clp WHERE ufip='/admin1'"),
-             "SELECT * FROM addrsvc_clp " + range + " AND ufip NOT LIKE '/admin1/system1/sp%/%'",
-             std::string("SELECT ufip FROM addrsvc_clp WHERE ufip LIKE '/admin1/%' AND ufip NOT "
-                         "LIKE '/admin1/%/%'"),
-             "DELETE FROM addrsvc_cim WHERE id IN (SELECT (id) FROM addrsvc_clp " + range + ")",
-             "DELETE FROM addrsvc_clp " + subtree,
-             std::string("DELETE FROM addrsvc_seq WHERE ufip LIKE '/admin1/system1/%'"),
-             std::string("SELECT * FROM addrsvc_clp WHERE cimclass='ZORM_AdminDomain'"),
-             std::string("SELECT * FROM addrsvc_clp WHERE id='3'"),
-             std::string("SELECT * FROM addrsvc_cim WHERE id='3'"),
-             std::string("SELECT * FROM addrsvc_cim WHERE value='clpjob:1'"),
-             std::string("SELECT * from job_terminate where pid='12'"),
+    const auto plan = [&run](const std::string& database, const std::string& sql) {
+        return run.query(database, "EXPLAIN QUERY PLAN " + sql);
+    };
+    for (const char* sql : {
+             "SELECT next  FROM addrsvc_seq WHERE ufip='/'",
+             "SELECT * FROM addrsvc_clp WHERE ufip='/admin1'",
+             "DELETE FROM addrsvc_clp WHERE ufip>='/admin1/' AND ufip<'/admin10'",
+             "SELECT * FROM addrsvc_clp WHERE cimclass='ZORM_AdminDomain'",
+             "SELECT * FROM addrsvc_clp WHERE id='3'",
+             "SELECT * FROM addrsvc_cim WHERE id='3'",
+             "SELECT * FROM addrsvc_cim WHERE value='clpjob:1'",
+             "SELECT * from job_terminate where pid='12'",
          })
-        EXPECT_EQ(std::string::npos, run.query("clp.db3", "EXPLAIN QUERY PLAN " + sql).find("SCAN"))
-            << sql;
+        EXPECT_EQ(std::string::npos, plan("clp.db3", sql).find("SCAN")) << sql;
+    for (const char* sql : {
+             "SELECT id FROM CLPSession where OEMVelmora_pid = '12'",
+             "SELECT max(id) FROM CLPCmdJob where OEMVelmora_pid = '12'",
+             "SELECT * FROM CLPCmdJob WHERE InstanceID='clpjob:1'",
+         })
+        EXPECT_EQ(std::string::npos, plan("clpsvc.db3", sql).find("SCAN")) << sql;
 }
 
 TEST(AddressDatabase, HoldsAnAddressAndARowNumberOnce) {
