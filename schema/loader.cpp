@@ -21,7 +21,7 @@ using LineBuffer = std::array<char, MAX_LINE + 1>;
 // A line over the limit sets the stream's fail state.
 const char* readLine(std::ifstream& config, LineBuffer& buf) {
     buf.fill('\0');
-    config.getline(buf.data(), buf.size());
+    config.getline(buf.data(), static_cast<std::streamsize>(buf.size()));
     return buf.data();
 }
 
