@@ -95,11 +95,14 @@ public:
 
     std::optional<MethodResult> invokeMethod(const Caller& /*caller*/, const ObjectPath& path,
                                              const Method& method, const Arguments& in) override {
-        constexpr std::uint64_t terminate = 4;
-        constexpr std::uint64_t kill = 5;
+        if (sameName(method.name, "EndCommand")) {
+            return answer(askToEnd(path, in.get("Killed").toUnsigned() != 0));
+        }
         if (!sameName(method.name, "RequestStateChange")) {
             return std::nullopt;
         }
+        constexpr std::uint64_t terminate = 4;
+        constexpr std::uint64_t kill = 5;
         const std::uint64_t requested = in.get("RequestedState").toUnsigned();
         if (requested != terminate && requested != kill) {
             return answer(Outcome::invalidParameter);

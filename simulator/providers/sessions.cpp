@@ -185,10 +185,9 @@ private:
         if (sameName(setting, "CurrentDefaultTarget") && !isAddress(value.toString())) {
             throw CimError(CimStatus::invalidParameter, "CurrentDefaultTarget is no address");
         }
-        constexpr std::uint64_t firstFormat = 2;
-        constexpr std::uint64_t lastFormat = 5;
+        constexpr std::array<const char*, 4> formats{"2", "3", "4", "5"};
         if (sameName(setting, "OutputFormat") &&
-            (value.toUnsigned() < firstFormat || value.toUnsigned() > lastFormat)) {
+            std::find(formats.begin(), formats.end(), value.toString()) == formats.end()) {
             throw CimError(CimStatus::invalidParameter, "OutputFormat is no known form");
         }
     }
