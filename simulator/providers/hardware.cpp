@@ -57,7 +57,7 @@ private:
         constexpr std::uint64_t longest = 3600;
         services_.scheduler.after(std::chrono::seconds(std::min(seconds, longest)),
                                   [path, &repository = services_.repository] {
-                                      repository.update(path, [](Instance& fan) {
+                                      updateIfThere(repository, path, [](Instance& fan) {
                                           fan.set("CurrentSpeed", fan.get("DesiredSpeed"));
                                       });
                                   });

@@ -61,7 +61,7 @@ struct Course {
     LatestChange latest;
 
     void take(const Subject& subject, const Step& step, bool last) {
-        repository.update(subject.tie, [&](Instance& tied) {
+        updateIfThere(repository, subject.tie, [&](Instance& tied) {
             if (step.power) {
                 tied.set("PowerState", *step.power);
             }
@@ -69,7 +69,7 @@ struct Course {
                 tied.set("TransitioningToPowerState", noTransition);
             }
         });
-        repository.update(subject.system, [&](Instance& system) {
+        updateIfThere(repository, subject.system, [&](Instance& system) {
             system.set("EnabledState", step.enabled);
             system.set("OperationalStatus", Value::Array{Value(step.operational)});
             system.set("TimeOfLastStateChange", timeText(nowMicroseconds()));

@@ -116,7 +116,7 @@ public:
     Scheduler::Duration takes() const { return image_.takes; }
 
     void progress(unsigned percent) {
-        repository_.update(job_, [&](Instance& job) {
+        updateIfThere(repository_, job_, [&](Instance& job) {
             if (job.get("JobState").toUnsigned() == jobRunning) {
                 job.set("PercentComplete", percent);
             }
@@ -129,7 +129,7 @@ public:
             return;
         }
         bool running = false;
-        repository_.update(job_, [&](Instance& job) {
+        updateIfThere(repository_, job_, [&](Instance& job) {
             running = job.get("JobState").toUnsigned() == jobRunning;
             if (running) {
                 conclude(job);
@@ -164,7 +164,7 @@ private:
             target_, [&](Instance& system) { system.set("FirmwareVersion", image_.version); });
         const auto installed = partners(repository_, target_, "ZORM_InstalledSoftwareIdentity");
         if (!installed.empty()) {
-            repository_.update(installed.front(), [&](Instance& software) {
+            updateIfThere(repository_, installed.front(), [&](Instance& software) {
                 software.set("VersionString", image_.version);
                 software.set("ReleaseDate", timeText(nowMicroseconds()));
             });

@@ -101,7 +101,8 @@ private:
         services_.scheduler.after(std::chrono::seconds(2), [latest = latest_, path, number, state,
                                                             &repository = services_.repository] {
             if (latest->isLatest(path, number)) {
-                repository.update(path, [&](Instance& instance) { enter(instance, state); });
+                updateIfThere(repository, path,
+                              [&](Instance& instance) { enter(instance, state); });
             }
         });
     }

@@ -117,6 +117,19 @@ ObjectPath serviceProcessor(const Repository& repository, std::string_view nameS
     return repository.canonical(all.front()->path());
 }
 
+bool updateIfThere(Repository& repository, const ObjectPath& path,
+                   const std::function<void(Instance&)>& change) {
+    try {
+        repository.update(path, change);
+        return true;
+    } catch (const CimError& error) {
+        if (error.code() != static_cast<int>(CimStatus::notFound)) {
+            throw;
+        }
+        return false;
+    }
+}
+
 void ownBy(const ObjectPath& system, Instance& instance) {
     const auto fill = [&](const char* name, Value value) {
         if (instance.get(name).isNull()) {

@@ -48,6 +48,10 @@ void join(Repository& repository, const std::string& association,
 /// CIM_ERR_FAILED when the model has none.
 ObjectPath serviceProcessor(const Repository& repository, std::string_view nameSpace);
 
+/// As Repository::update, for what comes due later: false when the instance is gone by then.
+bool updateIfThere(Repository& repository, const ObjectPath& path,
+                   const std::function<void(Instance&)>& change);
+
 /// Fills the four keys of what belongs to a system; keys that are there already stay.
 void ownBy(const ObjectPath& system, Instance& instance);
 
