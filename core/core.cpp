@@ -94,43 +94,12 @@ const struct {
     const char* verb;
     Maker maker;
 } VERBS[] = {
-    {"", nullptr},
-#if __has_include("verbs/cdcommand.cpp")
-    {"cd", make<CLPCdCommand>},
-#endif
-#if __has_include("verbs/helpcommand.cpp")
-    {"help", make<CLPHelpCommand>},
-#endif
-#if __has_include("verbs/loadcommand.cpp")
-    {"load", make<CLPLoadCommand>},
-#endif
-#if __has_include("verbs/dumpcommand.cpp")
-    {"dump", make<CLPDumpCommand>},
-#endif
-#if __has_include("verbs/createcommand.cpp")
-    {"create", make<CLPCreateCommand>},
-#endif
-#if __has_include("verbs/showcommand.cpp")
-    {"show", make<CLPShowCommand>},
-#endif
-#if __has_include("verbs/setcommand.cpp")
-    {"set", make<CLPSetCommand>},
-#endif
-#if __has_include("verbs/startcommand.cpp")
-    {"start", make<CLPStartCommand>},
-#endif
-#if __has_include("verbs/stopcommand.cpp")
-    {"stop", make<CLPStopCommand>},
-#endif
-#if __has_include("verbs/resetcommand.cpp")
-    {"reset", make<CLPResetCommand>},
-#endif
-#if __has_include("verbs/deletecommand.cpp")
-    {"delete", make<CLPDeleteCommand>},
-#endif
-#if __has_include("verbs/versioncommand.cpp")
-    {"version", make<CLPVersionCommand>},
-#endif
+    {"cd", make<CLPCdCommand>},         {"help", make<CLPHelpCommand>},
+    {"load", make<CLPLoadCommand>},     {"dump", make<CLPDumpCommand>},
+    {"create", make<CLPCreateCommand>}, {"show", make<CLPShowCommand>},
+    {"set", make<CLPSetCommand>},       {"start", make<CLPStartCommand>},
+    {"stop", make<CLPStopCommand>},     {"reset", make<CLPResetCommand>},
+    {"delete", make<CLPDeleteCommand>}, {"version", make<CLPVersionCommand>},
 };
 
 } // namespace

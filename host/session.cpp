@@ -85,6 +85,8 @@ std::unique_ptr<LineSource> lineSource(const Options& options, Transport& transp
         return std::make_unique<PipedLines>(transport);
     transport.CreateHistoryBuf();
     Transport::setHelpFunc(complete);
+    // The quit key would leave an operator without a session.
+    std::signal(SIGQUIT, SIG_IGN);
     return std::make_unique<TerminalLines>(transport, givenUp);
 }
 

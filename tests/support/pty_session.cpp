@@ -1,0 +1,164 @@
+#include "tests/support/pty_session.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <pty.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <iterator>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+const char CARRIAGE_RETURN = 13;
+
+PtySession::Milliseconds until(Clock::time_point end) {
+    return std::max(PtySession::Milliseconds(0),
+                    std::chrono::duration_cast<PtySession::Milliseconds>(end - Clock::now()));
+}
+
+[[noreturn]] void becomeHost(const std::vector<std::string>& arguments,
+                             const std::map<std::string, std::string>& environment) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    std::signal(SIGPIPE, SIG_DFL);
+    for (const auto& [name, value] : environment)
+        setenv(name.c_str(), value.c_str(), 1);
+    std::vector<char*> argv;
+    for (const std::string& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    execv(VELCLP_HOST_PROGRAM, argv.data());
+    _exit(127);
+}
+
+} // namespace
+
+PtySession::PtySession(const RunDirectory& directory, const std::string& port,
+                       const Options& options)
+    : m_screen(options.columns) {
+    std::vector<std::string> arguments = {options.name, "--prefix", directory.path(), "--port",
+                                          port};
+    arguments.insert(arguments.end(), options.arguments.begin(), options.arguments.end());
+    std::map<std::string, std::string> environment = options.environment;
+    environment.insert({{"USER", "admin"}, {"privileges", "511"}});
+    const winsize size = {static_cast<unsigned short>(options.rows),
+                          static_cast<unsigned short>(options.columns), 0, 0};
+    m_pid = forkpty(&m_master, nullptr, nullptr, &size);
+    if (m_pid < 0)
+        throw std::runtime_error("no terminal");
+    if (m_pid == 0)
+        becomeHost(arguments, environment);
+    fcntl(m_master, F_SETFL, O_NONBLOCK);
+}
+
+PtySession::~PtySession() {
+    if (m_pid > 0) {
+        kill(m_pid, SIGKILL);
+        waitpid(m_pid, nullptr, 0);
+    }
+    if (m_master >= 0)
+        close(m_master);
+}
+
+// Reads what is there within the time; false when nothing came, or nothing can come any more.
+bool PtySession::pump(Milliseconds limit) {
+    if (m_master < 0)
+        return false;
+    pollfd polled = {m_master, POLLIN, 0};
+    if (poll(&polled, 1, static_cast<int>(limit.count())) <= 0)
+        return false;
+    std::array<char, 65536> buffer;
+    const ssize_t count = read(m_master, buffer.data(), buffer.size());
+    if (count <= 0)
+        return count < 0 && (errno == EINTR || errno == EAGAIN);
+    const std::string bytes(buffer.data(), static_cast<std::size_t>(count));
+    std::copy_if(bytes.begin(), bytes.end(), std::back_inserter(m_output),
+                 [](char c) { return c != CARRIAGE_RETURN; });
+    m_screen.write(bytes);
+    return true;
+}
+
+void PtySession::type(const std::string& bytes) {
+    const auto end = Clock::now() + std::chrono::seconds(60);
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = write(m_master, bytes.data() + done, bytes.size() - done);
+        if (count > 0)
+            done += static_cast<std::size_t>(count);
+        else if (Clock::now() > end || (errno != EAGAIN && errno != EINTR))
+            throw std::runtime_error("the session takes no more input");
+        pump(Milliseconds(count > 0 ? 0 : 10));
+    }
+}
+
+std::string PtySession::expect(const std::string& text, Milliseconds limit) {
+    const auto end = Clock::now() + limit;
+    for (;;) {
+        const std::size_t found = m_output.find(text, m_seen);
+        if (found != std::string::npos) {
+            const std::string result = m_output.substr(m_seen, found - m_seen);
+            m_seen = found + text.size();
+            return result;
+        }
+        if (!pump(until(end)))
+            throw std::runtime_error("\"" + text + "\" did not come: " + m_output.substr(m_seen));
+    }
+}
+
+std::string PtySession::answer(const std::string& line) {
+    type(line + "\r");
+    expect(line + "\n");
+    return prompt();
+}
+
+bool PtySession::quiet(Milliseconds time) {
+    return !pump(time);
+}
+
+void PtySession::resize(int columns, int rows) const {
+    const winsize size = {static_cast<unsigned short>(rows), static_cast<unsigned short>(columns),
+                          0, 0};
+    ioctl(m_master, TIOCSWINSZ, &size);
+}
+
+void PtySession::signal(int number) const {
+    kill(m_pid, number);
+}
+
+void PtySession::hangUp() {
+    close(m_master);
+    m_master = -1;
+}
+
+int PtySession::wait(Milliseconds limit) {
+    const auto end = Clock::now() + limit;
+    int status = 0;
+    while (m_pid > 0 && waitpid(m_pid, &status, WNOHANG) == 0) {
+        if (Clock::now() > end)
+            throw std::runtime_error("the session did not end: " + m_output);
+        if (!pump(Milliseconds(5)))
+            std::this_thread::sleep_for(Milliseconds(2));
+    }
+    m_pid = -1;
+    while (pump(Milliseconds(0)))
+        continue;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+termios PtySession::settings() const {
+    termios result{};
+    if (tcgetattr(m_master, &result) != 0)
+        throw std::runtime_error("the terminal has no settings");
+    return result;
+}

@@ -1,0 +1,232 @@
+// An operator's session on a real terminal: keys, signals, and every way in which it can end.
+#include "tests/support/pty_session.h"
+#include "tests/support/simulator_process.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <memory>
+
+namespace {
+
+const char CTRL_C = 3;
+const std::string UP = "\033[A";
+
+class OperatorsTerminal : public ::testing::Test {
+protected:
+    PtySession& start(const PtySession::Options& options = {}) {
+        session = std::make_unique<PtySession>(directory, simulator.port(), options);
+        session->prompt();
+        return *session;
+    }
+    std::string sessionRows() const {
+        return directory.query("clpsvc.db3", "SELECT count(*) FROM CLPSession");
+    }
+    static bool isCooked(const PtySession& terminal) {
+        const termios settings = terminal.settings();
+        return (settings.c_lflag & (ICANON | ECHO)) == (ICANON | ECHO) &&
+               (settings.c_iflag & ICRNL) != 0;
+    }
+    // Every reading of an instance takes so long from now on.
+    void slowDown(int msec) const {
+        simulator.post("/sim/faults",
+                       "operation=GetInstance kind=delay count=always ms=" + std::to_string(msec));
+    }
+
+    RunDirectory directory;
+    SimulatorProcess simulator{directory};
+    std::unique_ptr<PtySession> session;
+};
+
+using Rows = std::vector<std::string>;
+
+TEST_F(OperatorsTerminal, EveryLineIsAnsweredBehindItAndThePromptComesBack) {
+    PtySession& terminal = start();
+    EXPECT_FALSE(isCooked(terminal));
+    EXPECT_EQ(terminal.answer("version"),
+              "SM CLP Version: 1.0.2\nSM ME Addressing Version: 1.0.0b\n");
+    EXPECT_EQ(terminal.answer(""), "");
+    EXPECT_EQ(terminal.answer("  "), "");
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.wait(), 0);
+    EXPECT_TRUE(isCooked(terminal));
+    EXPECT_EQ(terminal.screen().rows().back(), "CLP Session terminated");
+    EXPECT_EQ(sessionRows(), "0\n");
+}
+
+TEST_F(OperatorsTerminal, ALoginShellIsASessionLikeAnyOther) {
+    PtySession::Options options;
+    options.name = "-velclp";
+    PtySession& terminal = start(options);
+    EXPECT_EQ(terminal.answer("cd /admin1"), "/admin1\n");
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.wait(), 0);
+
+    options.arguments = {"-c", "version\nversion -o format=keyword", "-c", "exit", "-c", "version"};
+    PtySession remote(directory, simulator.port(), options);
+    EXPECT_EQ(remote.wait(), 0);
+    EXPECT_EQ(remote.output().find("-> "), std::string::npos);
+    EXPECT_NE(remote.output().find("1.0.0b"), std::string::npos);
+    EXPECT_NE(remote.output().find("clpversion=1.0.2"), std::string::npos);
+}
+
+TEST_F(OperatorsTerminal, TheInterruptKeyGivesUpTheLineBeingTyped) {
+    PtySession& terminal = start();
+    terminal.type("show /admin1");
+    terminal.expect("show /admin1");
+    terminal.type(std::string(1, CTRL_C));
+    EXPECT_EQ(terminal.prompt(), "\n");
+    EXPECT_NE(terminal.answer("version").find("1.0.2"), std::string::npos);
+}
+
+TEST_F(OperatorsTerminal, TheInterruptKeyStopsTheRunningCommandAndTheSessionGoesOn) {
+    PtySession& terminal = start();
+    terminal.answer("show -level all /admin1");
+    slowDown(200);
+    terminal.type("show -level all /admin1\r");
+    terminal.expect("\n");
+    terminal.type(std::string(1, CTRL_C));
+    terminal.expect(" is killed\n", std::chrono::seconds(5));
+    terminal.prompt();
+    EXPECT_EQ(directory.query("clpsvc.db3", "SELECT count(*) FROM CLPCmdJob WHERE JobState=9"),
+              "1\n");
+    EXPECT_NE(terminal.answer("version").find("1.0.2"), std::string::npos);
+}
+
+TEST_F(OperatorsTerminal, ARequestFromOutsideStopsTheJobThatItNames) {
+    PtySession& terminal = start();
+    terminal.answer("show -level all /admin1");
+    slowDown(200);
+    terminal.type("show -level all /admin1\r");
+    terminal.expect("\n");
+    std::string job;
+    for (int i = 0; i < 500 && job.empty(); ++i)
+        job = directory.query("clpsvc.db3", "SELECT id FROM CLPCmdJob WHERE JobState=4");
+    ASSERT_FALSE(job.empty());
+    job.pop_back();
+    directory.execute("clp.db3", "INSERT INTO job_terminate VALUES('" +
+                                     std::to_string(terminal.pid()) + "'," + job + ",0)");
+    terminal.signal(SIGUSR1);
+    terminal.expect("Job " + job + " is killed\n", std::chrono::seconds(5));
+    terminal.prompt();
+    EXPECT_EQ(directory.query("clpsvc.db3", "SELECT JobState FROM CLPCmdJob WHERE id=" + job),
+              "8\n");
+    EXPECT_EQ(directory.query("clp.db3", "SELECT count(*) FROM job_terminate"), "0\n");
+}
+
+TEST_F(OperatorsTerminal, TerminationAndHangUpEndItInOrder) {
+    for (const int signal : {SIGTERM, SIGHUP}) {
+        PtySession& terminal = start();
+        terminal.type("sho");
+        terminal.expect("sho");
+        terminal.signal(signal);
+        EXPECT_EQ(terminal.wait(), 128 + signal);
+        EXPECT_EQ(terminal.screen().rows().back(), "CLP Session terminated");
+        EXPECT_TRUE(isCooked(terminal));
+        EXPECT_EQ(sessionRows(), "0\n");
+    }
+    PtySession& terminal = start();
+    slowDown(100);
+    terminal.type("show -level all /admin1\r");
+    terminal.expect("\n");
+    terminal.signal(SIGTERM);
+    EXPECT_EQ(terminal.wait(std::chrono::seconds(5)), 128 + SIGTERM);
+    EXPECT_EQ(sessionRows(), "0\n");
+}
+
+TEST_F(OperatorsTerminal, ALineThatIsLostEndsItInOrder) {
+    PtySession& terminal = start();
+    terminal.type("show /adm");
+    terminal.expect("show /adm");
+    terminal.hangUp();
+    const int status = terminal.wait();
+    EXPECT_TRUE(status == 0 || status == 128 + SIGHUP) << "whichever it sees first: " << status;
+    EXPECT_EQ(sessionRows(), "0\n");
+}
+
+TEST_F(OperatorsTerminal, AFatalFaultLeavesTheTerminalAsItWas) {
+    directory.write("schema.conf", "[zorm_admindomain]\nno equals sign\n[end]\n");
+    PtySession& terminal = start();
+    terminal.type("show /admin1\r");
+    EXPECT_EQ(terminal.wait(), 128 + SIGABRT);
+    EXPECT_NE(terminal.output().find("pos!=string::npos"), std::string::npos);
+    EXPECT_TRUE(isCooked(terminal));
+}
+
+TEST_F(OperatorsTerminal, QuitAndSuspendKeysDoNotEndALoginsSession) {
+    PtySession& terminal = start();
+    terminal.type("\034");
+    terminal.type("\032");
+    EXPECT_NE(terminal.answer("version").find("1.0.2"), std::string::npos);
+}
+
+TEST_F(OperatorsTerminal, TheTimeOutEndsAnIdlePromptAndNoRunningCommand) {
+    PtySession::Options options;
+    options.arguments = {"--timeout", "1"};
+    PtySession& terminal = start(options);
+    slowDown(1500);
+    EXPECT_NE(terminal.answer("show -display properties /admin1").find("\n"), std::string::npos);
+    EXPECT_EQ(terminal.wait(std::chrono::seconds(5)), 0);
+    EXPECT_EQ(terminal.screen().rows().back(), "CLP Session terminated");
+}
+
+TEST_F(OperatorsTerminal, AContinuedLineIsOneCommandAndRecalledAsOne) {
+    PtySession& terminal = start();
+    terminal.type("version -o `\rformat=keyword\r");
+    EXPECT_NE(terminal.expect("endoutput\n").find("clpversion=1.0.2"), std::string::npos);
+    terminal.prompt();
+    terminal.type(UP);
+    terminal.expect("version -o format=keyword");
+    terminal.type("\r");
+    terminal.expect("endoutput\n");
+    terminal.prompt();
+    EXPECT_EQ(terminal.screen().rows()[0], "-> version -o `");
+    EXPECT_EQ(terminal.screen().rows()[1], "format=keyword");
+}
+
+TEST_F(OperatorsTerminal, ANewWindowSizeHoldsFromTheNextLineOn) {
+    PtySession::Options options;
+    options.columns = 20;
+    PtySession& terminal = start(options);
+    terminal.type("version      version");
+    terminal.expect("version      vers\nion");
+    terminal.type(std::string(1, CTRL_C));
+    terminal.resize(80, 24);
+    terminal.prompt();
+    terminal.type("version      version");
+    terminal.expect("version      version");
+}
+
+TEST_F(OperatorsTerminal, PastingLosesNoLine) {
+    PtySession& terminal = start();
+    const int lines = 10000;
+    std::string pasted;
+    for (int i = 0; i < lines; ++i)
+        pasted += "nosuchverb" + std::to_string(i) + "\r";
+    terminal.type(pasted + "exit\r");
+    EXPECT_EQ(terminal.wait(std::chrono::seconds(60)), 0);
+    std::size_t answers = 0;
+    const std::string failure = "COMMAND PROCESSING FAILED";
+    for (std::size_t at = 0; (at = terminal.output().find(failure, at)) != std::string::npos; ++at)
+        ++answers;
+    EXPECT_EQ(answers, static_cast<std::size_t>(lines));
+    EXPECT_NE(terminal.output().find("nosuchverb9999"), std::string::npos);
+}
+
+TEST_F(OperatorsTerminal, EveryByteAtThePromptLeavesASessionThatAnswers) {
+    PtySession& terminal = start();
+    for (int byte = 0; byte < 256; ++byte) {
+        // Keys that act on the session itself have cases of their own.
+        if (byte == '\r' || byte == '\n' || byte == CTRL_C || byte == 26 || byte == 28)
+            continue;
+        terminal.type(std::string(1, static_cast<char>(byte)) + "x\r");
+    }
+    terminal.type(std::string(1, CTRL_C));
+    EXPECT_NE(terminal.answer("version -o format=keyword").find("clpversion=1.0.2"),
+              std::string::npos);
+    terminal.type("exit\r");
+    EXPECT_EQ(terminal.wait(), 0);
+    EXPECT_TRUE(isCooked(terminal));
+}
+
+} // namespace
