@@ -242,8 +242,8 @@ double Value::toReal(double otherwise) const {
 
 const std::string& Value::toString() const {
     static const std::string none;
-    const auto* text = std::get_if<std::string>(&data_);
-    return text ? *text : none;
+    const auto* text = std::get_if<TextPtr>(&data_);
+    return text ? **text : none;
 }
 
 const ObjectPath* Value::toPath() const {
@@ -260,6 +260,9 @@ const Value::Array& Value::toArray() const {
 bool Value::operator==(const Value& other) const {
     if (isInteger() && other.isInteger()) {
         return toUnsigned() == other.toUnsigned() && toSigned() == other.toSigned();
+    }
+    if (isString() && other.isString()) {
+        return toString() == other.toString();
     }
     if (isPath() && other.isPath()) {
         return *toPath() == *other.toPath();

@@ -58,9 +58,9 @@ public:
         }
     }
     Value(double value) : data_(value) {}
-    Value(std::string value) : data_(std::move(value)) {}
-    Value(std::string_view value) : data_(std::string(value)) {}
-    Value(const char* value) : data_(std::string(value)) {}
+    Value(std::string value) : data_(std::make_shared<const std::string>(std::move(value))) {}
+    Value(std::string_view value) : Value(std::string(value)) {}
+    Value(const char* value) : Value(std::string(value)) {}
     Value(const ObjectPath& path);
     Value(Array elements);
 
@@ -68,7 +68,7 @@ public:
     bool isBoolean() const { return std::holds_alternative<bool>(data_); }
     bool isInteger() const;
     bool isReal() const { return std::holds_alternative<double>(data_); }
-    bool isString() const { return std::holds_alternative<std::string>(data_); }
+    bool isString() const { return std::holds_alternative<TextPtr>(data_); }
     bool isPath() const { return std::holds_alternative<PathPtr>(data_); }
     bool isArray() const { return std::holds_alternative<ArrayPtr>(data_); }
 
@@ -89,9 +89,11 @@ public:
     bool operator!=(const Value& other) const { return !(*this == other); }
 
 private:
+    // Texts, paths and arrays are shared between copies: they never change, and copies are many.
+    using TextPtr = std::shared_ptr<const std::string>;
     using PathPtr = std::shared_ptr<const ObjectPath>;
     using ArrayPtr = std::shared_ptr<const Array>;
-    std::variant<std::monostate, bool, std::uint64_t, std::int64_t, double, std::string, PathPtr,
+    std::variant<std::monostate, bool, std::uint64_t, std::int64_t, double, TextPtr, PathPtr,
                  ArrayPtr>
         data_;
 };
