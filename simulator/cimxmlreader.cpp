@@ -67,8 +67,8 @@ std::string text(Node node) {
     return result;
 }
 
-/// The blank text that stands alone between a start and an end tag. It is kept for the sake of values
-/// and means nothing in other elements.
+/// The blank text that stands alone between a start and an end tag. It is kept for the sake of
+/// values and means nothing in other elements.
 bool isBlank(Node node) {
     return node.type() == pugi::node_pcdata &&
            std::strspn(node.value(), " \t\r\n") == std::strlen(node.value());

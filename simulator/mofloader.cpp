@@ -54,10 +54,16 @@ void MofLoader::addPath(const fs::path& path) {
     for (const fs::path& each : paths) {
         readIncludes(read(each));
     }
+    const std::size_t before = roots_.size();
     for (const fs::path& each : paths) {
-        if (std::find(included_.begin(), included_.end(), each) == included_.end()) {
+        const bool included =
+            std::find(included_.begin(), included_.end(), each) != included_.end();
+        if (!included || paths.size() == 1) {
             roots_.push_back(&files_.at(each));
         }
+    }
+    if (roots_.size() == before) {
+        throw std::runtime_error(path.string() + ": no MOF file to begin with");
     }
 }
 

@@ -90,15 +90,16 @@ TEST_F(SimulatorControl, CallsAreCountedByOperationAndClassAndLoggedInOrder) {
     get("gone");
     reset();
     send(intrinsic("enumerateinstancenames", classNamed("ClassName", "t_sensor")));
-    send(intrinsic("Nonsense", classNamed("ClassName", "T_\"Other")));
+    send(intrinsic("Nonsense", classNamed("ClassName", "T_&quot;Other")));
     send("<nonsense/>");
-    EXPECT_EQ(service_.statistics().toJson(),
-              R"({"total":5,"operations":{"(unknown)":{"total":1,"classes":{"(unknown)":1}},)"
-              R"("EnumerateInstanceNames":{"total":1,"classes":{"T_Sensor":1}},)"
-              R"("GetInstance":{"total":2,"classes":{"T_System":2}},)"
-              R"("InvokeMethod":{"total":1,"classes":{"T_System":1}}},)"
-              R"("methods":{"Reset":{"total":1,"classes":{"T_System":1}}}})"
-              "\n");
+    EXPECT_EQ(
+        service_.statistics().toJson(),
+        R"json({"total":5,"operations":{"(unknown)":{"total":1,"classes":{"(unknown)":1}},)json"
+        R"json("EnumerateInstanceNames":{"total":1,"classes":{"T_Sensor":1}},)json"
+        R"json("GetInstance":{"total":2,"classes":{"T_System":2}},)json"
+        R"json("InvokeMethod":{"total":1,"classes":{"T_System":1}}},)json"
+        R"json("methods":{"Reset":{"total":1,"classes":{"T_System":1}}}})json"
+        "\n");
     EXPECT_EQ(service_.statistics().toLog(), "GetInstance T_System.Name=\"a\" 0\n"
                                              "GetInstance T_System.Name=\"gone\" 6\n"
                                              "Reset root/zorm:T_System.Name=\"a\" 16\n"

@@ -472,7 +472,7 @@ TEST_F(SimulatorRequests, WhatIsNoRequestIsAnHttpErrorWithItsReason) {
 TEST_F(SimulatorRequests, TextsThatXmlCannotHoldAreNeverSentRaw) {
     repository_.update(
         ObjectPath::fromText("root/zorm:T_System.Name=\"a\""), [](Instance& instance) {
-            instance.set("Caption", std::string("esc\x1b[2J\r\n\t\xC3\xA9\xFF]]>", 17));
+            instance.set("Caption", std::string("esc\x1b[2J\r\n\t\xC3\xA9\xFF]]>", 16));
         });
     EXPECT_EQ(ask("GetProperty", parameter("InstanceName", element("T_System", "a")) +
                                      flag("PropertyName", "Caption")),

@@ -73,8 +73,8 @@ protected:
 const char* const systemA = "T_System.Name=\"a\"";
 
 TEST_F(Wbemcli, ReadsClassesAndInstances) {
-    EXPECT_EQ(run({"ecn"}, ""), "root/zorm:T_Element\nroot/zorm:T_Part\nroot/zorm:T_Sensor\n"
-                                "root/zorm:T_System\nroot/zorm:T_Watch\n");
+    EXPECT_EQ(run({"ecn"}, ""), "root/zorm:T_Element\nroot/zorm:T_System\nroot/zorm:T_Sensor\n"
+                                "root/zorm:T_Part\nroot/zorm:T_Watch\n");
     EXPECT_EQ(run({"gc"}, "T_Sensor"), "root/zorm:T_Sensor Name=,Caption=,Index=,Reading=\n");
     EXPECT_EQ(run({"ein"}, "T_Element"), "root/zorm:T_System.Name=\"a\"\n"
                                          "root/zorm:T_System.Name=\"b\"\n"
@@ -92,8 +92,7 @@ TEST_F(Wbemcli, ReadsClassesAndInstances) {
 TEST_F(Wbemcli, CreatesChangesAndDeletesAnInstance) {
     const std::string made = "T_System.Name=\"n\"";
     EXPECT_EQ(run({"ci"}, made, "Name=\"n\",Caption=\"two words\",Codes=1,2,Busy=true"),
-              "127.0.0.1:" + server_.substr(10) + "/root/zorm:T_System.Name=\"n\"\n")
-        << "created";
+              "root/zorm:T_System.Name=\"n\"\n");
     EXPECT_EQ(run({"mi"}, made, "Caption=\"changed\",State=3"), "");
     EXPECT_EQ(run({"gi"}, made),
               "root/zorm:T_System.Name=\"n\" Name=\"n\",Caption=\"changed\",State=3,Codes=1,2,"
