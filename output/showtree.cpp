@@ -44,10 +44,10 @@ void COutputer::ShowTree::cutToPage(TargetGroup& group) const {
     std::list<Target*>& targets = group.targets;
     const Page page = treePage(m_line, static_cast<long>(targets.size()));
     TargetGroup dropped;
-    const auto first = std::next(targets.begin(), page.start);
-    dropped.targets.splice(dropped.targets.end(), targets, std::next(targets.begin(), page.end),
-                           targets.end());
-    dropped.targets.splice(dropped.targets.end(), targets, targets.begin(), first);
+    dropped.targets.splice(dropped.targets.end(), targets, targets.begin(),
+                           std::next(targets.begin(), page.start));
+    dropped.targets.splice(dropped.targets.end(), targets,
+                           std::next(targets.begin(), page.end - page.start), targets.end());
     for (Target* target : dropped.targets)
         freeTarget(target);
     if (isReverse(m_line))
