@@ -113,7 +113,7 @@ TEST_F(Replies, SendKeysBackAsTheyCame) {
     const CimEnumeration list(
         client->ft->enumInstanceNames(client.get(), name.get(), status.out()));
     ASSERT_TRUE(list) << status.message();
-    client->ft->deleteInstance(client.get(), CMGetNext(list.get(), nullptr).value.ref);
+    status = client->ft->deleteInstance(client.get(), CMGetNext(list.get(), nullptr).value.ref);
     EXPECT_NE(server.call(1).find(kept), std::string::npos) << server.call(1);
 }
 

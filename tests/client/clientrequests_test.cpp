@@ -76,15 +76,15 @@ TEST_F(Requests, ArePostedWithTheHeadersOfCimXmlAndNoOthers) {
 
 TEST_F(Requests, CarryTheUserWithAnEmptyPasswordAsWell) {
     client.reset(cmciConnect("127.0.0.1", nullptr, server.port().c_str(), "tok", nullptr, rc()));
-    table().deleteInstance(client.get(), op());
+    status = table().deleteInstance(client.get(), op());
     EXPECT_NE(server.request().find("\r\nAuthorization: Basic dG9rOg==\r\nContent-type:"),
               std::string::npos)
         << server.request();
     client.reset(cmciConnect("127.0.0.1", nullptr, server.port().c_str(), "u", "p:w", rc()));
-    table().deleteInstance(client.get(), op());
+    status = table().deleteInstance(client.get(), op());
     EXPECT_NE(server.request(1).find("\r\nAuthorization: Basic dTpwOnc=\r\n"), std::string::npos);
     client.reset(cmciConnect("127.0.0.1", nullptr, server.port().c_str(), nullptr, "pw", rc()));
-    table().deleteInstance(client.get(), op());
+    status = table().deleteInstance(client.get(), op());
     EXPECT_EQ(server.request(2).find("Authorization"), std::string::npos);
 }
 
@@ -125,7 +125,7 @@ TEST_F(Requests, OfInstancesNameTheInstanceLast) {
                         className("ClassName", "CIM_Thing") + flag("DeepInheritance", false) +
                             flag("LocalOnly", true) + flag("IncludeQualifiers", false) +
                             flag("IncludeClassOrigin", false)));
-    table().deleteInstance(client.get(), op());
+    status = table().deleteInstance(client.get(), op());
     EXPECT_EQ(server.call(2), intrinsic("DeleteInstance", parameter("InstanceName", thingName)));
     table().enumInstanceNames(client.get(), newPath("root/cimv2", nullptr).get(), rc());
     EXPECT_EQ(server.call(3), intrinsic("EnumerateInstanceNames", ""));
@@ -185,7 +185,7 @@ TEST_F(Requests, EscapeKeysInTheBodyAndSendNumbersAndReferencesAsSuch) {
     name->ft->addKey(op(), "Located", &value, CMPI_ref);
     there->ft->setNameSpace(there.get(), "");
     name->ft->addKey(op(), "Bare", &value, CMPI_ref);
-    table().deleteInstance(client.get(), op());
+    status = table().deleteInstance(client.get(), op());
     EXPECT_EQ(
         server.call(),
         intrinsic(
