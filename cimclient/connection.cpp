@@ -1,6 +1,7 @@
 #include "connection.h"
 
 #include "calllimits.h"
+#include "memory.h"
 #include "status.h"
 #include "text.h"
 
@@ -186,8 +187,10 @@ bool Connection::isOpen() const {
 
 void Connection::trim() {
     m_body.clear();
-    if (m_body.capacity() > keptBuffer)
+    if (m_body.capacity() > keptBuffer) {
         m_body.shrink_to_fit();
+        returnFreeMemory();
+    }
 }
 
 void Connection::header(std::string_view line) {

@@ -1,3 +1,4 @@
+#include "memory.h"
 #include "objects.h"
 #include "status.h"
 
@@ -6,6 +7,8 @@
 namespace cimclient {
 
 namespace {
+
+constexpr std::size_t manyElements = 4096;
 
 struct Enumeration : CMPIEnumeration {
     explicit Enumeration(CMPIArray* elements);
@@ -18,7 +21,11 @@ struct Enumeration : CMPIEnumeration {
 CMPIStatus release(CMPIEnumeration* enumeration) {
     if (!enumeration)
         return status(CMPI_RC_ERR_FAILED);
+    const bool isLarge =
+        Array::from(Enumeration::from(enumeration)->array.get())->elements.size() > manyElements;
     delete Enumeration::from(enumeration);
+    if (isLarge)
+        returnFreeMemory();
     return status(CMPI_RC_OK);
 }
 

@@ -2,6 +2,7 @@
 
 #include "status.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace cimclient {
@@ -25,15 +26,14 @@ std::size_t skipPast(std::string_view text, std::size_t position, std::string_vi
 
 // The '>' that ends a tag, which may also stand in its attributes.
 std::size_t tagEnd(std::string_view text, std::size_t position) {
-    while (true) {
-        position = text.find_first_of("\"'>", position);
-        if (position == npos || text[position] == '>')
+    for (; position < text.size(); ++position) {
+        const char c = text[position];
+        if (c == '>')
             return position;
-        position = text.find(text[position], position + 1);
-        if (position == npos)
-            return position;
-        ++position;
+        if (c == '"' || c == '\'')
+            position = std::min(text.find(c, position + 1), text.size());
     }
+    return npos;
 }
 
 std::string_view elementName(std::string_view tag) {
