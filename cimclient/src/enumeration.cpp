@@ -1,4 +1,4 @@
-#include "memory.h"
+#include "freememory.h"
 #include "objects.h"
 #include "status.h"
 

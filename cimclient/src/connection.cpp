@@ -1,7 +1,7 @@
 #include "connection.h"
 
 #include "calllimits.h"
-#include "memory.h"
+#include "freememory.h"
 #include "status.h"
 #include "text.h"
 
