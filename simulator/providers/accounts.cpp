@@ -5,6 +5,7 @@
 #include "simulator/providers/toolkit.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace velclp_sim {
 namespace {
@@ -15,6 +16,17 @@ bool isUserName(const std::string& name) {
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.@";
     return !name.empty() && name.size() <= longest &&
            name.find_first_not_of(allowed) == std::string::npos;
+}
+
+/// An array as clients send it may hold elements that were never filled.
+Value withoutGaps(const Value& list) {
+    if (!list.isArray()) {
+        return list;
+    }
+    Value::Array elements;
+    std::copy_if(list.toArray().begin(), list.toArray().end(), std::back_inserter(elements),
+                 [](const Value& one) { return !one.isNull(); });
+    return elements;
 }
 
 class AccountProvider : public Provider {
@@ -63,7 +75,9 @@ public:
 
 private:
     static void apply(Instance& account, const PropertyChange& change) {
-        if (!sameName(change.property->name, "UserPassword")) {
+        if (sameName(change.property->name, "Roles")) {
+            account.set("Roles", withoutGaps(change.value));
+        } else if (!sameName(change.property->name, "UserPassword")) {
             account.set(change.property->name, change.value);
         } else if (!change.value.isNull()) {
             account.set("PasswordLastChange", timeText(nowMicroseconds()));
@@ -95,10 +109,12 @@ private:
         };
         fill("Name", name);
         fill("UserID", name);
+        fill("ElementName", account.get("UserID"));
         fill("Locked", false);
         fill("MaximumSessions", 1);
         fill("PasswordLastChange", timeText(nowMicroseconds()));
         account.set("UserPassword", Value());
+        account.set("Roles", withoutGaps(account.get("Roles")));
         account.set("EnabledState", 2);
         account.set("RequestedState", 2);
     }

@@ -22,7 +22,7 @@ public:
     explicit JobProvider(Services& services)
         : services_(services),
           database_(services.database),
-          mirror_(services, {"ZORM_CLPConcreteJob", "InstanceID", "clpjob:",
+          mirror_(services, {"ZORM_CLPConcreteJob", "InstanceID", "clpjob:", "ZORM_CLPService",
                              "ZORM_OwningJobElement", "OwningElement", "OwnedElement", fillJob}) {}
 
     std::vector<std::string> classes() const override { return {"ZORM_CLPConcreteJob"}; }

@@ -135,7 +135,7 @@ ObjectPath RowMirror::show(std::uint64_t ticket, std::int64_t id, const SessionD
 }
 
 ObjectPath RowMirror::add(std::uint64_t ticket, std::int64_t id, const SessionDatabase::Row& row) {
-    const ObjectPath owner = serviceProcessor(services_.repository, nameSpace);
+    const ObjectPath owner = ownerOf(services_.repository, nameSpace, shape_.ownerClass);
     Instance instance = draw(id, row, owner);
     const ObjectPath path = services_.repository.canonical(instance.path());
     // Another thread may have met the same row; whoever comes second finds things done.
@@ -161,7 +161,8 @@ ObjectPath RowMirror::add(std::uint64_t ticket, std::int64_t id, const SessionDa
 
 void RowMirror::update(std::uint64_t ticket, std::int64_t id, const SessionDatabase::Row& row,
                        const ObjectPath& path) {
-    const Instance drawn = draw(id, row, serviceProcessor(services_.repository, nameSpace));
+    const Instance drawn =
+        draw(id, row, ownerOf(services_.repository, nameSpace, shape_.ownerClass));
     try {
         services_.repository.update(path, [&](Instance& instance) {
             const std::lock_guard<std::mutex> lock(mutex_);

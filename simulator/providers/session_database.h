@@ -41,7 +41,7 @@ private:
 /// True when the process lives on this machine.
 bool processLives(const std::string& pid);
 
-/// Instances that stand for rows: each is tied to the service processor, and its last key is a
+/// Instances that stand for rows: each is tied to its owner, and one key is a
 /// prefix and the row's id. Any thread may use it; of two threads that read the same row at
 /// different times, the one that began to read later has the last word.
 class RowMirror {
@@ -51,8 +51,9 @@ public:
         /// The key that holds prefix and id.
         std::string keyName;
         std::string keyPrefix;
+        std::string ownerClass;
         std::string association;
-        /// The association's reference to the service processor, and the one to the instance.
+        /// The association's reference to the owner, and the one to the instance.
         std::string ownerRole;
         std::string ownedRole;
         /// Fills what the key does not say.

@@ -95,8 +95,9 @@ public:
     explicit SessionProvider(Services& services)
         : services_(services),
           database_(services.database),
-          mirror_(services, {"ZORM_CLPProtocolEndpoint", "Name", "clpsession:",
-                             "ZORM_HostedAccessPoint", "Antecedent", "Dependent", fill}) {}
+          mirror_(services,
+                  {"ZORM_CLPProtocolEndpoint", "Name", "clpsession:", "ZORM_SPComputerSystem",
+                   "ZORM_HostedAccessPoint", "Antecedent", "Dependent", fill}) {}
 
     std::vector<std::string> classes() const override { return {"ZORM_CLPProtocolEndpoint"}; }
 

@@ -109,12 +109,17 @@ void join(Repository& repository, const std::string& association,
     repository.add(std::move(instance));
 }
 
-ObjectPath serviceProcessor(const Repository& repository, std::string_view nameSpace) {
-    const auto all = repository.instances(nameSpace, "ZORM_SPComputerSystem");
+ObjectPath ownerOf(const Repository& repository, std::string_view nameSpace,
+                   std::string_view className) {
+    const auto all = repository.instances(nameSpace, className);
     if (all.empty()) {
-        throw CimError(CimStatus::failed, "there is no service processor");
+        throw CimError(CimStatus::failed, "there is no " + std::string(className));
     }
     return repository.canonical(all.front()->path());
+}
+
+ObjectPath serviceProcessor(const Repository& repository, std::string_view nameSpace) {
+    return ownerOf(repository, nameSpace, "ZORM_SPComputerSystem");
 }
 
 bool updateIfThere(Repository& repository, const ObjectPath& path,

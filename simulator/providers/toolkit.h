@@ -44,8 +44,11 @@ std::optional<ObjectPath> tie(const Repository& repository, const ObjectPath& a,
 void join(Repository& repository, const std::string& association,
           const std::pair<std::string, ObjectPath>& a, const std::pair<std::string, ObjectPath>& b);
 
-/// The one service processor of a namespace, which owns what is created below it. Throws
-/// CIM_ERR_FAILED when the model has none.
+/// The first instance of a class, as the owner of what is created below it. Throws CIM_ERR_FAILED
+/// when the model has none.
+ObjectPath ownerOf(const Repository& repository, std::string_view nameSpace,
+                   std::string_view className);
+/// The owner of most things: the service processor.
 ObjectPath serviceProcessor(const Repository& repository, std::string_view nameSpace);
 
 /// As Repository::update, for what comes due later: false when the instance is gone by then.

@@ -158,7 +158,7 @@ TEST(Accounts, GetKeysAndTiesOfTheProvidersChoosing) {
     const ObjectPath sp = controller.find("ZORM_SPComputerSystem");
     const ObjectPath mary =
         controller.create("ZORM_LocalAccount", {{"UserID", "mary"},
-                                                {"Roles", Value::Array{"operator"}},
+                                                {"Roles", Value::Array{"operator", Value()}},
                                                 {"UserPassword", Value::Array{"secret"}}});
     EXPECT_EQ(mary.key("Name"), Value("mary"));
     EXPECT_EQ(mary.key("SystemName"), Value("sp0"));
@@ -168,6 +168,7 @@ TEST(Accounts, GetKeysAndTiesOfTheProvidersChoosing) {
     ASSERT_EQ(controller.partners(mary, "ZORM_RoleMember").size(), 1u);
     EXPECT_EQ(controller.partners(mary, "ZORM_RoleMember").front().key("Name"), Value("operator"));
     EXPECT_TRUE(controller.get(mary, "UserPassword").isNull());
+    EXPECT_EQ(controller.get(mary, "Roles").toArray().size(), 1u);
     EXPECT_EQ(controller.get(mary, "EnabledState").toUnsigned(), 2u);
     EXPECT_EQ(controller.create("ZORM_LocalAccount", {}).key("Name"), Value("user1"));
     EXPECT_EQ(controller.create("ZORM_LocalAccount", {}).key("Name"), Value("user2"));
