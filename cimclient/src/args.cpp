@@ -7,22 +7,6 @@ namespace cimclient {
 
 namespace {
 
-CMPIStatus release(CMPIArgs* args) {
-    if (!args)
-        return status(CMPI_RC_ERR_FAILED);
-    delete Args::from(args);
-    return status(CMPI_RC_OK);
-}
-
-CMPIArgs* clone(CMPIArgs* args, CMPIStatus* rc) {
-    if (!args)
-        return noObject(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    auto copy = std::make_unique<Args>();
-    copy->values = Args::from(args)->values.clone();
-    setOk(rc);
-    return copy.release();
-}
-
 CMPIStatus addArg(CMPIArgs* args, const char* name, CMPIValue* value, CMPIType type) {
     if (!args || !name)
         return status(CMPI_RC_ERR_INVALID_PARAMETER);
@@ -51,7 +35,8 @@ unsigned int getArgCount(CMPIArgs* args, CMPIStatus* rc) {
     return args ? Args::from(args)->values.count(rc) : 0;
 }
 
-CMPIArgsFT table = {NATIVE_FT_VERSION, release, clone, addArg, getArg, getArgAt, getArgCount};
+CMPIArgsFT table = {NATIVE_FT_VERSION, releaseSlot<Args>, cloneSlot<Args>, addArg, getArg,
+                    getArgAt,          getArgCount};
 
 } // namespace
 

@@ -7,22 +7,11 @@ namespace cimclient {
 
 namespace {
 
-CMPIStatus release(CMPIArray* array) {
-    if (!array)
-        return status(CMPI_RC_ERR_FAILED);
-    delete Array::from(array);
-    return status(CMPI_RC_OK);
-}
-
 CMPIArray* clone(CMPIArray* array, CMPIStatus* rc) {
     if (!array)
         return noObject(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    const Array& original = *Array::from(array);
-    auto copy = std::make_unique<Array>(original.elementType, 0);
-    copy->grows = original.elements.empty() && original.grows;
-    copy->elements.reserve(original.elements.size());
-    for (const Data& element : original.elements)
-        copy->elements.push_back(element.clone());
+    auto copy = std::make_unique<Array>(*Array::from(array));
+    copy->grows = copy->grows && copy->elements.empty();
     setOk(rc);
     return copy.release();
 }
@@ -80,8 +69,8 @@ CMPIStatus setElementAt(CMPIArray* array, CMPICount index, CMPIValue* value, CMP
     return status(CMPI_RC_OK);
 }
 
-CMPIArrayFT table = {NATIVE_FT_VERSION, release,      clone,       getSize,
-                     getSimpleType,     getElementAt, setElementAt};
+CMPIArrayFT table = {NATIVE_FT_VERSION, releaseSlot<Array>, clone,       getSize,
+                     getSimpleType,     getElementAt,       setElementAt};
 
 CMPIType withoutArrayBit(CMPIType type) {
     const auto element = static_cast<CMPIType>(type & ~CMPI_ARRAY);

@@ -56,15 +56,14 @@ using namespace cimclient;
 
 CIMCLIENT_EXPORT CMCIClient* cmciConnect(const char* hn, const char* scheme, const char* port,
                                          const char* user, const char* pwd, CMPIStatus* rc) {
-    return run(rc, static_cast<CMCIClient*>(nullptr),
-               [&] { return connect(Endpoint(hn, scheme, port, user, pwd)); });
+    return runFor<CMCIClient>(rc, [&] { return connect(Endpoint(hn, scheme, port, user, pwd)); });
 }
 
 CIMCLIENT_EXPORT CMCIClient* cmciConnect2(const char* hn, const char* scheme, const char* port,
                                           const char* user, const char* pwd, int verifyMode,
                                           const char* trustStore, const char* certFile,
                                           const char* keyFile, CMPIStatus* rc) {
-    return run(rc, static_cast<CMCIClient*>(nullptr), [&] {
+    return runFor<CMCIClient>(rc, [&] {
         Endpoint endpoint(hn, scheme, port, user, pwd);
         endpoint.verifyPeer = verifyMode == CMCI_VERIFY_PEER;
         endpoint.trustStore = optionalText(trustStore);

@@ -75,6 +75,12 @@ Result run(CMPIStatus* rc, Result onFailure, Operation operation) {
     return onFailure;
 }
 
+// The same for operations that give an object, null when they failed.
+template<typename Object, typename Operation>
+Object* runFor(CMPIStatus* rc, Operation operation) {
+    return run(rc, static_cast<Object*>(nullptr), [&]() -> Object* { return operation(); });
+}
+
 // The same for operations that return their status.
 template<typename Operation>
 CMPIStatus runStatus(Operation operation) {

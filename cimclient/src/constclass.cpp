@@ -12,26 +12,6 @@ using MemberList = NamedValues Members::*;
 constexpr CMPIrc noProperty = CMPI_RC_ERR_NO_SUCH_PROPERTY;
 constexpr CMPIrc noMethod = CMPI_RC_ERR_METHOD_NOT_FOUND;
 
-CMPIStatus release(CMPIConstClass* cls) {
-    if (!cls)
-        return status(CMPI_RC_ERR_FAILED);
-    delete Class::from(cls);
-    return status(CMPI_RC_OK);
-}
-
-CMPIConstClass* clone(CMPIConstClass* cls, CMPIStatus* rc) {
-    if (!cls)
-        return noObject(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    const Class& original = *Class::from(cls);
-    auto copy = std::make_unique<Class>();
-    copy->name = original.name;
-    copy->properties = original.properties.clone();
-    copy->qualifiers = original.qualifiers.clone();
-    copy->methods = original.methods.clone();
-    setOk(rc);
-    return copy.release();
-}
-
 CMPIString* getClassName(CMPIConstClass* cls, CMPIStatus* rc) {
     if (!cls)
         return noObject(rc, CMPI_RC_ERR_INVALID_PARAMETER);
@@ -98,8 +78,8 @@ constexpr MemberList parameters = &Members::parameters;
 
 CMPIConstClassFT table = {
     NATIVE_FT_VERSION,
-    release,
-    clone,
+    releaseSlot<Class>,
+    cloneSlot<Class>,
     getClassName,
     getNamed<properties, noProperty>,
     getAt<properties, noProperty>,

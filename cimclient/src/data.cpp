@@ -71,10 +71,19 @@ Data::~Data() {
     withObject(m_data.type, m_data.value, [](auto* object) { releaseObject(object); });
 }
 
-Data Data::ofString(CMPIString* string) {
+namespace {
+
+template<typename Object>
+Data owner(CMPIType type, Object* CMPIValue::*member, Object* object) {
     CMPIValue value{};
-    value.string = string;
-    return {CMPI_string, value};
+    value.*member = object;
+    return {type, value};
+}
+
+} // namespace
+
+Data Data::ofString(CMPIString* string) {
+    return owner(CMPI_string, &CMPIValue::string, string);
 }
 
 Data Data::ofText(const char* text) {
@@ -82,27 +91,24 @@ Data Data::ofText(const char* text) {
 }
 
 Data Data::ofReference(CMPIObjectPath* path) {
-    CMPIValue value{};
-    value.ref = path;
-    return {CMPI_ref, value};
+    return owner(CMPI_ref, &CMPIValue::ref, path);
 }
 
 Data Data::ofInstance(CMPIInstance* instance) {
-    CMPIValue value{};
-    value.inst = instance;
-    return {CMPI_instance, value};
+    return owner(CMPI_instance, &CMPIValue::inst, instance);
 }
 
 Data Data::ofDateTime(CMPIDateTime* dateTime) {
-    CMPIValue value{};
-    value.dateTime = dateTime;
-    return {CMPI_dateTime, value};
+    return owner(CMPI_dateTime, &CMPIValue::dateTime, dateTime);
+}
+
+Data Data::ofClass(CMPIConstClass* cls) {
+    return owner(CMPI_class, &CMPIValue::cls, cls);
 }
 
 Data Data::ofArray(CMPIArray* array) {
-    CMPIValue value{};
-    value.array = array;
-    return {static_cast<CMPIType>(CMPI_ARRAY | array->ft->getSimpleType(array, nullptr)), value};
+    const CMPIType element = array->ft->getSimpleType(array, nullptr);
+    return owner(static_cast<CMPIType>(CMPI_ARRAY | element), &CMPIValue::array, array);
 }
 
 CMPIrc Data::fromCaller(const CMPIValue* value, CMPIType type, Data& result) {

@@ -17,8 +17,9 @@ public:
     Data(CMPIType type, CMPIValue value, CMPIValueState state = CMPI_goodValue);
     Data(Data&& other) noexcept;
     Data& operator=(Data&& other) noexcept;
-    Data(const Data&) = delete;
-    Data& operator=(const Data&) = delete;
+    // Copies are deep.
+    Data(const Data& other) : Data(copyOf(other.m_data)) {}
+    Data& operator=(const Data& other) { return *this = Data(other); }
     ~Data();
 
     // Owners of one object each; null pointers are allowed.
@@ -27,6 +28,7 @@ public:
     static Data ofReference(CMPIObjectPath* path);
     static Data ofInstance(CMPIInstance* instance);
     static Data ofDateTime(CMPIDateTime* dateTime);
+    static Data ofClass(CMPIConstClass* cls);
     // Type is the array's element type with the array bit.
     static Data ofArray(CMPIArray* array);
 
@@ -37,7 +39,6 @@ public:
 
     // A deep copy of borrowed data.
     static Data copyOf(const CMPIData& data);
-    Data clone() const { return copyOf(m_data); }
 
     const CMPIData& get() const { return m_data; }
     CMPIType type() const { return m_data.type; }

@@ -108,20 +108,6 @@ std::string pointText(CMPIUint64 usec) {
     return out;
 }
 
-CMPIStatus release(CMPIDateTime* dateTime) {
-    if (!dateTime)
-        return status(CMPI_RC_ERR_FAILED);
-    delete DateTime::from(dateTime);
-    return status(CMPI_RC_OK);
-}
-
-CMPIDateTime* clone(CMPIDateTime* dateTime, CMPIStatus* rc) {
-    if (!dateTime)
-        return noObject(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    setOk(rc);
-    return new DateTime(DateTime::from(dateTime)->text);
-}
-
 CMPIUint64 getBinaryFormat(CMPIDateTime* dateTime, CMPIStatus* rc) {
     setStatus(rc, CMPI_RC_ERR_INVALID_PARAMETER);
     if (!dateTime)
@@ -148,8 +134,8 @@ CMPIBoolean isInterval(CMPIDateTime* dateTime, CMPIStatus* rc) {
     return separatorOf(DateTime::from(dateTime)->text) == ':';
 }
 
-CMPIDateTimeFT table = {NATIVE_FT_VERSION, release,         clone,
-                        getBinaryFormat,   getStringFormat, isInterval};
+CMPIDateTimeFT table = {NATIVE_FT_VERSION, releaseSlot<DateTime>, cloneSlot<DateTime>,
+                        getBinaryFormat,   getStringFormat,       isInterval};
 
 } // namespace
 

@@ -9,27 +9,6 @@ namespace cimclient {
 
 namespace {
 
-CMPIStatus release(CMPIInstance* instance) {
-    if (!instance)
-        return status(CMPI_RC_ERR_FAILED);
-    delete Instance::from(instance);
-    return status(CMPI_RC_OK);
-}
-
-CMPIInstance* clone(CMPIInstance* instance, CMPIStatus* rc) {
-    if (!instance)
-        return noObject(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    const Instance& original = *Instance::from(instance);
-    auto copy = std::make_unique<Instance>();
-    copy->nameSpace = original.nameSpace;
-    copy->className = original.className;
-    copy->properties = original.properties.clone();
-    copy->qualifiers = original.qualifiers.clone();
-    copy->filter = original.filter;
-    setOk(rc);
-    return copy.release();
-}
-
 CMPIData getProperty(CMPIInstance* instance, const char* name, CMPIStatus* rc) {
     if (!instance || !name)
         return noData(rc, CMPI_RC_ERR_INVALID_PARAMETER);
@@ -78,7 +57,7 @@ CMPIObjectPath* getObjectPath(CMPIInstance* instance, CMPIStatus* rc) {
     path->className = self.className;
     std::for_each(self.properties.rbegin(), self.properties.rend(), [&](const NamedValue& value) {
         if (value.data.get().state & CMPI_keyValue)
-            path->keys.append({value.name, value.data.clone()});
+            path->keys.append({value.name, value.data});
     });
     setOk(rc);
     return path.release();
@@ -148,21 +127,11 @@ unsigned int getPropertyQualifierCount(CMPIInstance* instance, const char* pname
     return qualifiers ? qualifiers->count(rc) : 0;
 }
 
-CMPIInstanceFT table = {NATIVE_FT_VERSION,
-                        release,
-                        clone,
-                        getProperty,
-                        getPropertyAt,
-                        getPropertyCount,
-                        setProperty,
-                        getObjectPath,
-                        setPropertyFilter,
-                        getQualifier,
-                        getQualifierAt,
-                        getQualifierCount,
-                        getPropertyQualifier,
-                        getPropertyQualifierAt,
-                        getPropertyQualifierCount};
+CMPIInstanceFT table = {NATIVE_FT_VERSION,    releaseSlot<Instance>,  cloneSlot<Instance>,
+                        getProperty,          getPropertyAt,          getPropertyCount,
+                        setProperty,          getObjectPath,          setPropertyFilter,
+                        getQualifier,         getQualifierAt,         getQualifierCount,
+                        getPropertyQualifier, getPropertyQualifierAt, getPropertyQualifierCount};
 
 } // namespace
 
@@ -173,7 +142,7 @@ Instance::Instance(const ObjectPath& path) : Instance() {
     className = path.className;
     properties.reserve(path.keys.size());
     std::for_each(path.keys.rbegin(), path.keys.rend(), [this](const NamedValue& key) {
-        properties.append({key.name, key.data.clone()}).key = true;
+        properties.append({key.name, key.data}).key = true;
     });
 }
 

@@ -23,26 +23,21 @@ NamedValue::NamedValue(NamedValue&&) noexcept = default;
 NamedValue& NamedValue::operator=(NamedValue&&) noexcept = default;
 NamedValue::~NamedValue() = default;
 
-NamedValue NamedValue::clone() const {
-    NamedValue copy(name, data.clone());
-    copy.key = key;
-    if (members)
-        copy.members = std::make_unique<Members>(
-            Members{members->qualifiers.clone(), members->parameters.clone()});
-    return copy;
-}
+NamedValue::NamedValue(const NamedValue& other)
+    : name(other.name),
+      data(other.data),
+      members(other.members ? std::make_unique<Members>(*other.members) : nullptr),
+      key(other.key) {}
 
 NamedValues::NamedValues() = default;
 NamedValues::NamedValues(NamedValues&&) noexcept = default;
 NamedValues& NamedValues::operator=(NamedValues&&) noexcept = default;
 NamedValues::~NamedValues() = default;
 
-NamedValues NamedValues::clone() const {
-    NamedValues copy;
-    copy.reserve(size());
-    for (const NamedValue& value : m_values)
-        copy.append(value.clone());
-    return copy;
+NamedValues::NamedValues(const NamedValues& other) {
+    reserve(other.size());
+    for (const NamedValue& value : other)
+        append(value);
 }
 
 const NamedValue* NamedValues::find(std::string_view name) const {

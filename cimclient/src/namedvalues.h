@@ -1,6 +1,6 @@
 // An ordered list of named values: the keys of a path, the properties of an instance, the
 // arguments of a call, the members of a class. Names match in any case; lookups in long lists go
-// through an index.
+// through an index. Copies are deep.
 #ifndef CIMCLIENT_NAMEDVALUES_H
 #define CIMCLIENT_NAMEDVALUES_H
 
@@ -18,10 +18,10 @@ struct Members;
 
 struct NamedValue {
     NamedValue(std::string valueName, Data value);
+    NamedValue(const NamedValue& other);
     NamedValue(NamedValue&&) noexcept;
     NamedValue& operator=(NamedValue&&) noexcept;
     ~NamedValue();
-    NamedValue clone() const;
 
     std::string name;
     Data data;
@@ -34,10 +34,10 @@ struct NamedValue {
 class NamedValues {
 public:
     NamedValues();
+    NamedValues(const NamedValues& other);
     NamedValues(NamedValues&&) noexcept;
     NamedValues& operator=(NamedValues&&) noexcept;
     ~NamedValues();
-    NamedValues clone() const;
 
     std::size_t size() const { return m_values.size(); }
     void reserve(std::size_t count) { m_values.reserve(count); }

@@ -9,25 +9,6 @@ namespace cimclient {
 
 namespace {
 
-CMPIStatus release(CMPIObjectPath* path) {
-    if (!path)
-        return status(CMPI_RC_ERR_FAILED);
-    delete ObjectPath::from(path);
-    return status(CMPI_RC_OK);
-}
-
-CMPIObjectPath* clone(CMPIObjectPath* path, CMPIStatus* rc) {
-    if (!path)
-        return noObject(rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    const ObjectPath& original = *ObjectPath::from(path);
-    auto copy = std::make_unique<ObjectPath>();
-    copy->nameSpace = original.nameSpace;
-    copy->className = original.className;
-    copy->keys = original.keys.clone();
-    setOk(rc);
-    return copy.release();
-}
-
 CMPIStatus setText(CMPIObjectPath* path, std::optional<std::string> ObjectPath::*member,
                    const char* text) {
     if (!path)
@@ -130,8 +111,8 @@ CMPIString* toString(CMPIObjectPath* path, CMPIStatus* rc) {
 
 // A host is nothing that a path keeps, so both ways of taking the namespace over are the same.
 CMPIObjectPathFT table = {NATIVE_FT_VERSION,
-                          release,
-                          clone,
+                          releaseSlot<ObjectPath>,
+                          cloneSlot<ObjectPath>,
                           setNameSpace,
                           getNameSpace,
                           setHostname,

@@ -25,6 +25,23 @@ struct Release {
 template<typename Object>
 using Owned = std::unique_ptr<Object, Release>;
 
+// The release and clone slots of the objects that are copied as a whole.
+
+template<typename Object, typename Public>
+CMPIStatus releaseSlot(Public* object) {
+    if (!object)
+        return {CMPI_RC_ERR_FAILED, nullptr};
+    delete Object::from(object);
+    return {CMPI_RC_OK, nullptr};
+}
+
+template<typename Object, typename Public>
+Public* cloneSlot(Public* object, CMPIStatus* rc) {
+    if (rc)
+        *rc = {object ? CMPI_RC_OK : CMPI_RC_ERR_INVALID_PARAMETER, nullptr};
+    return object ? new Object(*Object::from(object)) : nullptr;
+}
+
 // A copy of the text; null gives a string whose text is null.
 CMPIString* newString(const char* text);
 CMPIString* newString(std::string_view text);

@@ -43,23 +43,20 @@ CMPIEnumeration* enumerateInstances(const Exchange& exchange, const ObjectPath& 
 
 CMPIConstClass* getClass(CMCIClient* client, CMPIObjectPath* op, CMPIFlags flags, char** properties,
                          CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIConstClass*>(nullptr), [&]() -> CMPIConstClass* {
+    return runFor<CMPIConstClass>(rc, [&] {
         const ObjectPath& path = targetWithClass(op);
-        const Exchange exchange(
-            client, IntrinsicCall("GetClass", path)
-                        .flag("LocalOnly", has(flags, CMPI_FLAG_LocalOnly))
-                        .flag("IncludeClassOrigin", has(flags, CMPI_FLAG_IncludeClassOrigin))
-                        .flag("IncludeQualifiers", has(flags, CMPI_FLAG_IncludeQualifiers))
-                        .propertyList(properties)
-                        .className("ClassName", classOrNull(path))
-                        .take());
+        const Exchange exchange(client, IntrinsicCall("GetClass", path)
+                                            .flag("LocalOnly", has(flags, CMPI_FLAG_LocalOnly))
+                                            .detail(flags, properties)
+                                            .className("ClassName", classOrNull(path))
+                                            .take());
         return ReplyReader().classDeclaration(firstReturned(exchange)).release();
     });
 }
 
 CMPIEnumeration* enumClassNames(CMCIClient* client, CMPIObjectPath* op, CMPIFlags flags,
                                 CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = target(op);
         return enumeratePaths(
             {client, IntrinsicCall("EnumerateClassNames", path)
@@ -71,7 +68,7 @@ CMPIEnumeration* enumClassNames(CMCIClient* client, CMPIObjectPath* op, CMPIFlag
 
 CMPIEnumeration* enumClasses(CMCIClient* client, CMPIObjectPath* op, CMPIFlags flags,
                              CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = target(op);
         const Exchange exchange(
             client, IntrinsicCall("EnumerateClasses", path)
@@ -82,25 +79,20 @@ CMPIEnumeration* enumClasses(CMCIClient* client, CMPIObjectPath* op, CMPIFlags f
                         .flag("IncludeClassOrigin", has(flags, CMPI_FLAG_IncludeClassOrigin))
                         .take());
         return enumerate(exchange, CMPI_class, [](pugi::xml_node element) {
-            CMPIValue value{};
-            value.cls = ReplyReader().classDeclaration(element).release();
-            return Data(CMPI_class, value);
+            return Data::ofClass(ReplyReader().classDeclaration(element).release());
         });
     });
 }
 
 CMPIInstance* getInstance(CMCIClient* client, CMPIObjectPath* op, CMPIFlags flags,
                           char** properties, CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIInstance*>(nullptr), [&]() -> CMPIInstance* {
+    return runFor<CMPIInstance>(rc, [&] {
         const ObjectPath& path = targetWithClass(op);
-        const Exchange exchange(
-            client, IntrinsicCall("GetInstance", path)
-                        .flag("LocalOnly", has(flags, CMPI_FLAG_LocalOnly))
-                        .flag("IncludeClassOrigin", has(flags, CMPI_FLAG_IncludeClassOrigin))
-                        .flag("IncludeQualifiers", has(flags, CMPI_FLAG_IncludeQualifiers))
-                        .propertyList(properties)
-                        .instanceName("InstanceName", path)
-                        .take());
+        const Exchange exchange(client, IntrinsicCall("GetInstance", path)
+                                            .flag("LocalOnly", has(flags, CMPI_FLAG_LocalOnly))
+                                            .detail(flags, properties)
+                                            .instanceName("InstanceName", path)
+                                            .take());
         Owned<Instance> instance(new Instance(path));
         ReplyReader().instance(firstReturned(exchange), *instance);
         return instance.release();
@@ -109,7 +101,7 @@ CMPIInstance* getInstance(CMCIClient* client, CMPIObjectPath* op, CMPIFlags flag
 
 CMPIEnumeration* execQuery(CMCIClient* client, CMPIObjectPath* op, const char* query,
                            const char* lang, CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = target(op);
         if (!query || !lang)
             throwMissing("query");
@@ -122,7 +114,7 @@ CMPIEnumeration* execQuery(CMCIClient* client, CMPIObjectPath* op, const char* q
 }
 
 CMPIEnumeration* enumInstanceNames(CMCIClient* client, CMPIObjectPath* op, CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = target(op);
         return enumeratePaths({client, IntrinsicCall("EnumerateInstanceNames", path)
                                            .className("ClassName", classOrNull(path))
@@ -132,7 +124,7 @@ CMPIEnumeration* enumInstanceNames(CMCIClient* client, CMPIObjectPath* op, CMPIS
 
 CMPIEnumeration* enumInstances(CMCIClient* client, CMPIObjectPath* op, CMPIFlags flags,
                                char** properties, CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = target(op);
         return enumerateInstances(
             {client, IntrinsicCall("EnumerateInstances", path)
@@ -150,27 +142,24 @@ CMPIEnumeration* enumInstances(CMCIClient* client, CMPIObjectPath* op, CMPIFlags
 CMPIEnumeration* associators(CMCIClient* client, CMPIObjectPath* op, const char* assocClass,
                              const char* resultClass, const char* role, const char* resultRole,
                              CMPIFlags flags, char** properties, CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = targetWithClass(op);
-        return enumerateInstances(
-            {client, IntrinsicCall("Associators", path)
-                         .instanceName("ObjectName", path)
-                         .className("AssocClass", assocClass)
-                         .className("ResultClass", resultClass)
-                         .text("Role", role)
-                         .text("ResultRole", resultRole)
-                         .flag("IncludeClassOrigin", has(flags, CMPI_FLAG_IncludeClassOrigin))
-                         .flag("IncludeQualifiers", has(flags, CMPI_FLAG_IncludeQualifiers))
-                         .propertyList(properties)
-                         .take()},
-            path);
+        return enumerateInstances({client, IntrinsicCall("Associators", path)
+                                               .instanceName("ObjectName", path)
+                                               .className("AssocClass", assocClass)
+                                               .className("ResultClass", resultClass)
+                                               .text("Role", role)
+                                               .text("ResultRole", resultRole)
+                                               .detail(flags, properties)
+                                               .take()},
+                                  path);
     });
 }
 
 CMPIEnumeration* associatorNames(CMCIClient* client, CMPIObjectPath* op, const char* assocClass,
                                  const char* resultClass, const char* role, const char* resultRole,
                                  CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = targetWithClass(op);
         return enumeratePaths({client, IntrinsicCall("AssociatorNames", path)
                                            .instanceName("ObjectName", path)
@@ -184,24 +173,21 @@ CMPIEnumeration* associatorNames(CMCIClient* client, CMPIObjectPath* op, const c
 
 CMPIEnumeration* references(CMCIClient* client, CMPIObjectPath* op, const char* resultClass,
                             const char* role, CMPIFlags flags, char** properties, CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = targetWithClass(op);
-        return enumerateInstances(
-            {client, IntrinsicCall("References", path)
-                         .instanceName("ObjectName", path)
-                         .className("ResultClass", resultClass)
-                         .text("Role", role)
-                         .flag("IncludeClassOrigin", has(flags, CMPI_FLAG_IncludeClassOrigin))
-                         .flag("IncludeQualifiers", has(flags, CMPI_FLAG_IncludeQualifiers))
-                         .propertyList(properties)
-                         .take()},
-            path);
+        return enumerateInstances({client, IntrinsicCall("References", path)
+                                               .instanceName("ObjectName", path)
+                                               .className("ResultClass", resultClass)
+                                               .text("Role", role)
+                                               .detail(flags, properties)
+                                               .take()},
+                                  path);
     });
 }
 
 CMPIEnumeration* referenceNames(CMCIClient* client, CMPIObjectPath* op, const char* resultClass,
                                 const char* role, CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIEnumeration*>(nullptr), [&] {
+    return runFor<CMPIEnumeration>(rc, [&] {
         const ObjectPath& path = targetWithClass(op);
         return enumeratePaths({client, IntrinsicCall("ReferenceNames", path)
                                            .instanceName("ObjectName", path)

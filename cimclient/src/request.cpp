@@ -89,6 +89,12 @@ IntrinsicCall& IntrinsicCall::flag(const char* parameter, bool set) {
     return *this;
 }
 
+IntrinsicCall& IntrinsicCall::detail(CMPIFlags flags, char** properties) {
+    flag("IncludeClassOrigin", (flags & CMPI_FLAG_IncludeClassOrigin) != 0);
+    flag("IncludeQualifiers", (flags & CMPI_FLAG_IncludeQualifiers) != 0);
+    return propertyList(properties);
+}
+
 IntrinsicCall& IntrinsicCall::className(const char* parameter, const char* name) {
     if (name)
         open(parameter).raw("<CLASSNAME").attribute("NAME", name).raw("/></IPARAMVALUE>");

@@ -23,6 +23,8 @@ public:
     IntrinsicCall(const char* name, const ObjectPath& target);
 
     IntrinsicCall& flag(const char* parameter, bool set);
+    // IncludeClassOrigin, IncludeQualifiers and, when it is not null, the list of properties.
+    IntrinsicCall& detail(CMPIFlags flags, char** properties);
     // Optional ones: left out for null.
     IntrinsicCall& className(const char* parameter, const char* name);
     IntrinsicCall& text(const char* parameter, const char* text);

@@ -7,7 +7,7 @@ namespace cimclient {
 
 CMPIObjectPath* createInstance(CMCIClient* client, CMPIObjectPath* op, CMPIInstance* inst,
                                CMPIStatus* rc) {
-    return run(rc, static_cast<CMPIObjectPath*>(nullptr), [&]() -> CMPIObjectPath* {
+    return runFor<CMPIObjectPath>(rc, [&] {
         const ObjectPath& path = targetWithClass(op);
         if (!inst)
             throwMissing("instance");
