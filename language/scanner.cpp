@@ -24,6 +24,8 @@ int my_yyinput(char* buf, int max_size) {
     const std::size_t count =
         lex_buf->copy(buf, static_cast<std::size_t>(max_size),
                       std::min<std::size_t>(lex_buf_position, lex_buf->size()));
+    // A NUL would cut the text of its token short; another control byte is refused like it.
+    std::replace(buf, buf + count, '\0', '\x7f');
     lex_buf_position += static_cast<unsigned>(count);
     return static_cast<int>(count);
 }

@@ -273,6 +273,12 @@ TEST(Parser, ParsesEveryLineAsIfItWereTheFirst) {
     }
 }
 
+TEST(Parser, TakesNulBytesAsPartOfTheLine) {
+    EXPECT_EQ(ParsedLine(std::string("help \0x", 7)).result, 0);
+    EXPECT_EQ(ParsedLine(std::string("show\0", 5)).outcome(), 252);
+    EXPECT_EQ(ParsedLine(std::string("cd /\0a1", 8)).outcome(), 246);
+}
+
 TEST(Parser, TakesLinesOfAnyLength) {
     std::string line = "show";
     for (int i = 0; i < 20000; ++i)
