@@ -18,14 +18,14 @@ bool isUserName(const std::string& name) {
            name.find_first_not_of(allowed) == std::string::npos;
 }
 
-/// An array as clients send it may hold elements that were never filled.
+/// Clients send elements that were never filled as NULL, or as that word.
 Value withoutGaps(const Value& list) {
     if (!list.isArray()) {
         return list;
     }
     Value::Array elements;
     std::copy_if(list.toArray().begin(), list.toArray().end(), std::back_inserter(elements),
-                 [](const Value& one) { return !one.isNull(); });
+                 [](const Value& one) { return !one.isNull() && one.toString() != "NULL"; });
     return elements;
 }
 

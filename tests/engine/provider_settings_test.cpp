@@ -156,10 +156,10 @@ TEST(Chassis, SwitchesItsLamp) {
 TEST(Accounts, GetKeysAndTiesOfTheProvidersChoosing) {
     Controller controller;
     const ObjectPath sp = controller.find("ZORM_SPComputerSystem");
-    const ObjectPath mary =
-        controller.create("ZORM_LocalAccount", {{"UserID", "mary"},
-                                                {"Roles", Value::Array{"operator", Value()}},
-                                                {"UserPassword", Value::Array{"secret"}}});
+    const ObjectPath mary = controller.create("ZORM_LocalAccount",
+                                              {{"UserID", "mary"},
+                                               {"Roles", Value::Array{"operator", Value(), "NULL"}},
+                                               {"UserPassword", Value::Array{"secret"}}});
     EXPECT_EQ(mary.key("Name"), Value("mary"));
     EXPECT_EQ(mary.key("SystemName"), Value("sp0"));
     EXPECT_EQ(mary.key("SystemCreationClassName"), Value("ZORM_SPComputerSystem"));
