@@ -47,7 +47,12 @@ bool Connection::await(short events, int milliseconds) const {
 }
 
 bool Connection::awaitRequest() {
-    return good_ && (inAt_ < in_.size() || await(POLLIN, keepAliveMilliseconds));
+    return good_ && (inAt_ < in_.size() || await(POLLIN, keepAliveMilliseconds)) && !ending();
+}
+
+bool Connection::ending() const {
+    pollfd wake{wake_, POLLIN, 0};
+    return ::poll(&wake, 1, 0) > 0;
 }
 
 bool Connection::is_readable() const {

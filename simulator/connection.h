@@ -35,6 +35,8 @@ public:
 
 private:
     bool await(short events, int milliseconds) const;
+    /// True when the server ends: a client that never pauses must not hold it up.
+    bool ending() const;
     bool sendAll(const char* data, std::size_t size);
 
     int socket_;
