@@ -23,30 +23,18 @@ constexpr std::array<const char*, 15> typeNames = {
     throw CimError(CimStatus::typeMismatch, std::string(what) + " is " + typeName(type));
 }
 
+/// The width of an integer type, whose enumerators stand in the order 8, 16, 32, 64.
+unsigned bitsOf(CimType type) {
+    const CimType narrowest = isUnsignedType(type) ? CimType::uint8 : CimType::sint8;
+    return 8U << (static_cast<unsigned>(type) - static_cast<unsigned>(narrowest));
+}
+
 std::uint64_t unsignedLimit(CimType type) {
-    switch (type) {
-    case CimType::uint8:
-        return std::numeric_limits<std::uint8_t>::max();
-    case CimType::uint16:
-        return std::numeric_limits<std::uint16_t>::max();
-    case CimType::uint32:
-        return std::numeric_limits<std::uint32_t>::max();
-    default:
-        return std::numeric_limits<std::uint64_t>::max();
-    }
+    return std::numeric_limits<std::uint64_t>::max() >> (64 - bitsOf(type));
 }
 
 std::int64_t signedLimit(CimType type) {
-    switch (type) {
-    case CimType::sint8:
-        return std::numeric_limits<std::int8_t>::max();
-    case CimType::sint16:
-        return std::numeric_limits<std::int16_t>::max();
-    case CimType::sint32:
-        return std::numeric_limits<std::int32_t>::max();
-    default:
-        return std::numeric_limits<std::int64_t>::max();
-    }
+    return std::numeric_limits<std::int64_t>::max() >> (64 - bitsOf(type));
 }
 
 /// True for one character of the Basic Multilingual Plane in UTF-8.
