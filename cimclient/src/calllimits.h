@@ -16,7 +16,7 @@ struct Limits {
     // For a whole operation.
     std::chrono::milliseconds operation{600'000};
     // Bytes of a reply's body.
-    std::size_t reply = 64 * 1024 * 1024;
+    std::size_t reply = 64UL * 1024 * 1024;
 };
 
 // Any thread; a call that has begun goes on with what it found.

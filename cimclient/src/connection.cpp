@@ -15,7 +15,7 @@ namespace cimclient {
 
 namespace {
 
-constexpr std::size_t keptBuffer = 256 * 1024;
+constexpr std::size_t keptBuffer = 256UL * 1024;
 
 template<typename Value>
 void setOption(CURL* handle, CURLoption option, Value value) {
@@ -113,9 +113,9 @@ Connection::HeaderList Connection::headers(const Request& request) {
         curl_slist* longer = curl_slist_append(list.get(), line.c_str());
         if (!longer)
             throw std::bad_alloc();
-        // The list is the same but for its first element, which has no predecessor.
-        list.release();
-        list.reset(longer);
+        // What is appended goes to the end; the list stays the same.
+        if (!list)
+            list.reset(longer);
     };
     add("Content-type: application/xml; charset=\"utf-8\"");
     add("CIMProtocolVersion: 1.0");

@@ -88,6 +88,10 @@ std::string intervalText(CMPIUint64 usec) {
     return out += ":000";
 }
 
+CMPIUint64 unsignedOf(long value) {
+    return static_cast<CMPIUint64>(value);
+}
+
 // Local time with the offset in force at that moment.
 std::string pointText(CMPIUint64 usec) {
     const auto seconds = static_cast<std::time_t>(usec / usecPerSecond);
@@ -98,13 +102,14 @@ std::string pointText(CMPIUint64 usec) {
     std::tm tm{};
     gmtime_r(&shifted, &tm);
     std::string out;
-    appendPadded(out, static_cast<CMPIUint64>(tm.tm_year + 1900), 4);
-    appendPadded(out, static_cast<CMPIUint64>(tm.tm_mon + 1), 2);
-    appendPadded(out, static_cast<CMPIUint64>(tm.tm_mday), 2);
-    appendTime(out, static_cast<CMPIUint64>((tm.tm_hour * 60 + tm.tm_min) * 60 + tm.tm_sec),
+    appendPadded(out, unsignedOf(tm.tm_year) + 1900, 4);
+    appendPadded(out, unsignedOf(tm.tm_mon) + 1, 2);
+    appendPadded(out, unsignedOf(tm.tm_mday), 2);
+    appendTime(out,
+               (unsignedOf(tm.tm_hour) * 60 + unsignedOf(tm.tm_min)) * 60 + unsignedOf(tm.tm_sec),
                usec % usecPerSecond);
     out += offset < 0 ? '-' : '+';
-    appendPadded(out, static_cast<CMPIUint64>(std::labs(offset)), 3);
+    appendPadded(out, unsignedOf(std::labs(offset)), 3);
     return out;
 }
 

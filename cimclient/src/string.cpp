@@ -1,7 +1,7 @@
 #include "objects.h"
 #include "status.h"
 
-#include <cstring>
+#include <algorithm>
 #include <new>
 
 namespace cimclient {
@@ -31,21 +31,18 @@ char* getCharPtr(CMPIString* string, CMPIStatus* rc) {
 
 CMPIStringFT table = {NATIVE_FT_VERSION, release, clone, getCharPtr};
 
-// The text stands right behind the object: one allocation a string.
+// The text, if there is one, stands right behind the object: one allocation a string.
 CMPIString* allocate(std::size_t textBytes) {
-    auto* string = static_cast<CMPIString*>(::operator new(sizeof(CMPIString) + textBytes));
-    string->hdl = textBytes == 0 ? nullptr : string + 1;
-    string->ft = &table;
-    return string;
+    return new (::operator new(sizeof(CMPIString) + textBytes)) CMPIString{nullptr, &table};
 }
 
 } // namespace
 
 CMPIString* newString(std::string_view text) {
     CMPIString* string = allocate(text.size() + 1);
-    auto* copy = static_cast<char*>(string->hdl);
-    std::memcpy(copy, text.data(), text.size());
-    copy[text.size()] = '\0';
+    auto* copy = reinterpret_cast<char*>(string + 1);
+    *std::copy(text.begin(), text.end(), copy) = '\0';
+    string->hdl = copy;
     return string;
 }
 

@@ -173,7 +173,7 @@ public:
 
     void push_back(CimPath path) {
         m_paths.push_back(path.get());
-        path.release();
+        static_cast<void>(path.release());
     }
     // The vector itself, still owned here: for operations that read or append.
     std::vector<CMPIObjectPath*>& vector() { return m_paths; }

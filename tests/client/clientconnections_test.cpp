@@ -204,6 +204,7 @@ TEST_F(Connections, ServeManyThreadsEachWithItsOwnClient) {
     constexpr int threads = 8, calls = 50;
     prepareReplies(server, threads * calls);
     std::vector<std::thread> running;
+    running.reserve(threads);
     std::vector<int> succeeded(threads, 0);
     for (int t = 0; t < threads; ++t)
         running.emplace_back([&, t] {
