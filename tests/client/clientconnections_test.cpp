@@ -1,7 +1,7 @@
 // Connections of the CIM client: when there is none, how long they are kept, and how long an answer
 // is waited for.
-#include "clientfixture.h"
 #include "calllimits.h"
+#include "clientfixture.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
 // How operations of the CIM client fail: errors of the server, replies that are no replies, and
 // replies that are more than a client should take.
-#include "clientfixture.h"
 #include "calllimits.h"
+#include "clientfixture.h"
 
 using namespace velmora_clp;
 
