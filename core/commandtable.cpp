@@ -9,6 +9,13 @@
 
 namespace velmora_clp {
 
+namespace {
+// The table may hold a command whose verb is being destroyed already: only the base is sure.
+void stopOne(CLPCommand* command, CLPCommand::SIG sig) {
+    command->CLPCommand::stop(sig);
+}
+} // namespace
+
 void CLPSession::insertCommand(CLPCommand* command) {
     if (command == nullptr)
         return;
@@ -36,7 +43,7 @@ bool CLPSession::stopCommand(int jobid, CLPCommand::SIG sig) {
     const auto found = m_commands.find(jobid);
     if (found == m_commands.end())
         return false;
-    found->second->stop(sig);
+    stopOne(found->second, sig);
     return true;
 }
 
@@ -46,7 +53,7 @@ int CLPSession::stopFGCommand() {
                                     [](const auto& entry) { return !entry.second->bBackGround(); });
     if (found == m_commands.end())
         return -1;
-    found->second->stop(CLPCommand::KILLED);
+    stopOne(found->second, CLPCommand::KILLED);
     VELCLP_LOG_VALUE("CLP.CLPSession.stopFGCommand", "job=[%d]", found->first);
     return found->first;
 }
@@ -54,7 +61,7 @@ int CLPSession::stopFGCommand() {
 void CLPSession::stopAll(CLPCommand::SIG sig) {
     ThreadGuard guard(&m_commandLock);
     for (const auto& entry : m_commands)
-        entry.second->stop(sig);
+        stopOne(entry.second, sig);
 }
 
 void CLPSession::killallCommand() {

@@ -32,10 +32,10 @@ ConnectionPool::Lease ConnectionPool::borrow(const Endpoint& endpoint) {
 }
 
 bool ConnectionPool::hasOpen(const Endpoint& endpoint) {
-    const std::string key = endpoint.key();
+    const std::string server = endpoint.serverKey();
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return std::any_of(m_idle.begin(), m_idle.end(), [&key](const Idle& idle) {
-        return idle.key == key && idle.connection->isOpen();
+    return std::any_of(m_idle.begin(), m_idle.end(), [&server](const Idle& idle) {
+        return idle.key.compare(0, server.size(), server) == 0 && idle.connection->isOpen();
     });
 }
 

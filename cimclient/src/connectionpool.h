@@ -34,7 +34,7 @@ public:
     // The one used last, or a new one when none is free.
     Lease borrow(const Endpoint& endpoint);
 
-    // Whether a connection that is still open waits for this server and user.
+    // Whether a connection that is still open waits for this server, whoever the user is.
     bool hasOpen(const Endpoint& endpoint);
 
 private:

@@ -45,6 +45,11 @@ std::string makeUrl(const Endpoint& endpoint) {
     return text;
 }
 
+// No part holds a NUL, so two different lists never make the same key.
+std::string keyPart(const std::optional<std::string>& part) {
+    return (part ? "+" : "-") + part.value_or("") + '\0';
+}
+
 } // namespace
 
 Endpoint::Endpoint(const char* hostName, const char* schemeName, const char* portOrPath,
@@ -62,16 +67,14 @@ Endpoint::Endpoint(const char* hostName, const char* schemeName, const char* por
     url = makeUrl(*this);
 }
 
+std::string Endpoint::serverKey() const {
+    return keyPart(url) + keyPart(unixSocket);
+}
+
 std::string Endpoint::key() const {
-    std::string key;
-    const auto add = [&key](const std::optional<std::string>& part) {
-        // No part holds a NUL, so two different lists never make the same key.
-        key.append(part ? "+" : "-").append(part.value_or("")).append(1, '\0');
-    };
-    for (const auto* part : {&url, &unixSocket, &password})
-        add(*part);
+    std::string key = serverKey() + keyPart(password);
     for (const auto* part : {&user, &trustStore, &certFile, &keyFile})
-        add(*part);
+        key += keyPart(*part);
     return key.append(verifyPeer ? "v" : "");
 }
 

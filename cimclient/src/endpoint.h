@@ -15,6 +15,8 @@ struct Endpoint {
 
     // Connections of the same key may take each other's place.
     std::string key() const;
+    // What a key begins with: the server's address alone.
+    std::string serverKey() const;
 
     std::string scheme;
     std::string host;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cctype>
+#include <cstdlib>
 #include <sqlite3.h>
 #include <sys/stat.h>
 
@@ -49,11 +50,16 @@ bool isBlank(const char* text) {
     return *text == '\0';
 }
 
-void bindAll(sqlite3_stmt* statement, const std::vector<std::string>& values) {
+void bindAll(sqlite3_stmt* statement, const std::vector<Literal>& values) {
     int index = 0;
-    for (const std::string& value : values)
-        sqlite3_bind_text(statement, ++index, value.data(), static_cast<int>(value.size()),
-                          SQLITE_STATIC);
+    for (const Literal& value : values) {
+        ++index;
+        if (value.isNumber)
+            sqlite3_bind_int64(statement, index, std::strtoll(value.text.c_str(), nullptr, 10));
+        else
+            sqlite3_bind_text(statement, index, value.text.data(),
+                              static_cast<int>(value.text.size()), SQLITE_STATIC);
+    }
 }
 
 } // namespace
@@ -107,8 +113,10 @@ void Handle::configure() {
     // database; but empty, or the next to open it would have to read the log again.
     int persist = 1;
     sqlite3_file_control(m_db, nullptr, SQLITE_FCNTL_PERSIST_WAL, &persist);
-    for (const char* pragma :
-         {"PRAGMA synchronous=NORMAL", "PRAGMA journal_mode=WAL", "PRAGMA journal_size_limit=0"}) {
+    // A small page cache: the system's own stands behind it, and each of a process's handles has
+    // one.
+    for (const char* pragma : {"PRAGMA synchronous=NORMAL", "PRAGMA journal_mode=WAL",
+                               "PRAGMA journal_size_limit=0", "PRAGMA cache_size=-512"}) {
         const int result = sqlite3_exec(m_db, pragma, nullptr, nullptr, nullptr);
         if (result != SQLITE_OK)
             fail(m_db, result, pragma);

@@ -11,6 +11,7 @@ namespace database {
 namespace {
 
 constexpr std::size_t mostLiterals = 64;
+constexpr std::size_t mostDigits = 18;
 constexpr std::array<const char*, 4> liftedVerbs = {"SELECT", "INSERT", "UPDATE", "DELETE"};
 constexpr std::array<const char*, 3> patternWords = {"LIKE", "GLOB", "ESCAPE"};
 
@@ -52,6 +53,23 @@ std::size_t readLiteral(const std::string& sql, std::size_t position, std::strin
     }
 }
 
+// An INSERT of given values: its lists hold values or names alone.
+bool isPlainInsert(const std::string& sql) {
+    return strncasecmp(sql.c_str(), "INSERT", 6) == 0 &&
+           strcasestr(sql.c_str(), "SELECT") == nullptr;
+}
+
+// The length of the whole number at a position right behind one of the borders; 0 when there is
+// none, or one that a 64-bit integer may not hold.
+std::size_t numberAt(const std::string& sql, std::size_t at, const char* borders) {
+    if (at == 0 || std::strchr(borders, sql[at - 1]) == nullptr)
+        return 0;
+    const std::size_t length = std::min(sql.find_first_not_of("0123456789", at), sql.size()) - at;
+    const bool ends =
+        at + length == sql.size() || (!isWord(sql[at + length]) && sql[at + length] != '.');
+    return ends && length <= mostDigits ? length : 0;
+}
+
 bool isDoubtful(const std::string& sql, std::size_t at) {
     switch (sql[at]) {
     case '"':
@@ -82,9 +100,11 @@ bool mayLiftBehind(const std::string& text) {
 bool liftLiterals(const std::string& sql, LiftedSql& lifted) {
     if (!beginsWithLiftedVerb(sql))
         return false;
+    const char* const borders = isPlainInsert(sql) ? "=(," : "=";
     lifted.text.reserve(sql.size());
     for (std::size_t at = 0; at < sql.size();) {
-        if (sql[at] != '\'') {
+        const std::size_t digits = numberAt(sql, at, borders);
+        if (sql[at] != '\'' && digits == 0) {
             if (isDoubtful(sql, at))
                 return false;
             lifted.text += sql[at++];
@@ -92,7 +112,13 @@ bool liftLiterals(const std::string& sql, LiftedSql& lifted) {
         }
         if (!mayLiftBehind(lifted.text) || lifted.values.size() == mostLiterals)
             return false;
-        at = readLiteral(sql, at, lifted.values.emplace_back());
+        Literal& literal = lifted.values.emplace_back();
+        if (digits != 0) {
+            literal = {sql.substr(at, digits), true};
+            at += digits;
+        } else {
+            at = readLiteral(sql, at, literal.text);
+        }
         if (at == std::string::npos)
             return false;
         lifted.text += '?';

@@ -8,17 +8,26 @@
 
 namespace database {
 
+struct Literal {
+    // Without quotes.
+    std::string text;
+    // A whole number that stood without quotes, and not its text.
+    bool isNumber = false;
+};
+
 struct LiftedSql {
     // The SQL with "?" in place of each literal.
     std::string text;
-    // The literals' values in order, without quotes.
-    std::vector<std::string> values;
+    // The literals in order.
+    std::vector<Literal> values;
 };
 
-// Lifts the literals of a SELECT, INSERT, UPDATE or DELETE. False, and the result is not to be
-// used, when the text holds none, or anything that makes it doubtful whether the lifted form
-// means the same: comments, quoted names, parameters, blobs, unbalanced quotes. Patterns of LIKE
-// and GLOB are left alone too: only as constants do they use an index without a new plan a run.
+// Lifts the literals of a SELECT, INSERT, UPDATE or DELETE: quoted texts, and whole numbers where
+// nothing but a value can stand, behind "=" and in the lists of an INSERT. False, and the result is
+// not to be used, when the text holds none, or anything that makes it doubtful whether the lifted
+// form means the same: comments, quoted names, parameters, blobs, unbalanced quotes. Patterns of
+// LIKE and GLOB are left alone too: only as constants do they use an index without a new plan a
+// run.
 bool liftLiterals(const std::string& sql, LiftedSql& lifted);
 
 } // namespace database

@@ -1,0 +1,363 @@
+// The engine and its commands in this process, against the simulator.
+#include "tests/support/run_directory.h"
+#include "tests/support/simulator_process.h"
+#include "velclp/clpcommand.h"
+#include "velclp/clpsession.h"
+#include "velclp/core.h"
+#include "velclp/coutputer.h"
+#include "velclp/token.h"
+#include "velclp/transport.h"
+
+#include <boost/make_shared.hpp>
+#include <gtest/gtest.h>
+
+#include <pty.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+using namespace velmora_clp;
+
+namespace {
+
+void sleepFor(int msec) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(msec));
+}
+
+bool becomes(const std::function<bool()>& condition) {
+    for (int i = 0; i < 500 && !condition(); ++i)
+        sleepFor(10);
+    return condition();
+}
+
+class Engine : public ::testing::Test {
+protected:
+    void SetUp() override {
+        Locations locations = directory.locations();
+        locations.tolmaxProgram = program("tolmax");
+        locations.connectProgram = program("connect");
+        Locations::set(locations);
+        login("511");
+    }
+    // A program that notes its name and arguments.
+    std::string program(const std::string& name) {
+        directory.write(name, "#!/bin/sh\n{ printf '" + name +
+                                  "'; printf ' <%s>' \"$@\"; echo; } >> " +
+                                  directory.file("called") + "\n");
+        chmod(directory.file(name).c_str(), 0755);
+        return directory.file(name);
+    }
+    static void login(const char* privileges) {
+        setenv("USER", "admin", 1);
+        setenv("privileges", privileges, 1);
+    }
+    void start() { core = std::make_unique<CLPCore>("localhost", simulator.port(), transport); }
+    // Runs a line and gives what it wrote.
+    std::string run(const std::string& line, int expected = 0) {
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(core->run(line), expected) << line;
+        transport.flush();
+        return testing::internal::GetCapturedStdout();
+    }
+    std::string jobs(const std::string& condition) const {
+        return directory.query("clpsvc.db3",
+                               "SELECT id,JobState FROM CLPCmdJob WHERE " + condition);
+    }
+
+    RunDirectory directory;
+    SimulatorProcess simulator{directory};
+    Transport transport{"std", -1};
+    std::unique_ptr<CLPCore> core;
+};
+
+// A parsed line without a verb.
+boost::shared_ptr<CLPToken> parsed(const std::string& keep = "") {
+    auto token = boost::make_shared<CLPToken>();
+    token->_Options.addNode({"option"});
+    if (!keep.empty())
+        token->_Options.addNode({"option", "-keep"}, keep);
+    return token;
+}
+
+// A verb of the test's own.
+class Verb : public CLPCommand {
+public:
+    Verb(const std::string& host, const std::string& port, Transport& transport,
+         std::function<void(Verb&)> body, const boost::shared_ptr<CLPToken>& token = parsed())
+        : CLPCommand(host, port, "admin01ff", transport, token), m_body(std::move(body)) {
+        ++alive;
+    }
+    ~Verb() override { --alive; }
+    void svc() override { m_body(*this); }
+    void display() override {
+        *m_transport << "status " << m_status.getStatusTag() << ", error "
+                     << (m_error != nullptr ? m_error->getErrorTag() : "none") << Transport::endl;
+    }
+    Transport& out() { return *m_transport; }
+    const std::string& target() const { return m_cdt; }
+    static std::atomic<int> alive;
+
+private:
+    std::function<void(Verb&)> m_body;
+};
+std::atomic<int> Verb::alive{0};
+
+TEST_F(Engine, WordsOfOutsideProgramsRunThemInAnyCaseWithTheirArguments) {
+    start();
+    EXPECT_EQ(run("TolMax -x 'a b'"), "");
+    EXPECT_EQ(run("  console"), "");
+    EXPECT_EQ(run("CONSOLE 1"), "");
+    EXPECT_EQ(run("tolmax"), "");
+    EXPECT_EQ(directory.read("called"), "tolmax <-x> <a b>\nconnect <>\nconnect <1>\ntolmax <>\n");
+    EXPECT_NE(run("tolmaxy").find("COMMAND NOT RECOGNIZED"), std::string::npos);
+    EXPECT_NE(run("tolmax\tx").find("COMMAND NOT RECOGNIZED"), std::string::npos);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(run("tolmax \"a"), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Syntax error: Unterminated quoted string.\n");
+    EXPECT_NE(run("version").find("1.0.2"), std::string::npos);
+}
+
+TEST_F(Engine, EmptyLinesPrintNothingAndExitEndsTheSession) {
+    start();
+    EXPECT_EQ(run(""), "");
+    EXPECT_EQ(run("   "), "");
+    EXPECT_EQ(run("exit", -1), "");
+    EXPECT_EQ(run("  EXIT  ", -1), "");
+    EXPECT_NE(run("exit -help").find("exit"), std::string::npos);
+    EXPECT_NE(run("\texit -version", 0), "");
+}
+
+TEST_F(Engine, ThePrivilegeMaskDecidesWhichVerbsAreDenied) {
+    struct {
+        const char* mask;
+        bool show, set, cd;
+    } const cases[] = {{"0", false, false, false},        {"1", true, false, true},
+                       {"3", true, true, true},           {"511", true, true, true},
+                       {"nonsense", false, false, false}, {"65537", true, false, true},
+                       {"-1", true, true, true}};
+    const std::string denied = "MISSING REQUIRED CLP PRIVILEGE";
+    for (const auto& c : cases) {
+        login(c.mask);
+        start();
+        const std::pair<const char*, bool> lines[] = {
+            {"show -help", c.show}, {"set -help x=1", c.set}, {"cd -help", c.cd}};
+        for (const auto& [line, allowed] : lines)
+            EXPECT_EQ(run(line).find(denied) == std::string::npos, allowed) << c.mask << line;
+        EXPECT_EQ(run("exit", -1), "") << "open to all";
+        core.reset();
+    }
+}
+
+TEST_F(Engine, CannotStartWithoutALoginOrAServer) {
+    unsetenv("privileges");
+    EXPECT_THROW(
+        try { start(); } catch (const std::string& reason) {
+            EXPECT_EQ(reason, "Have not setup login USER and privileges environment");
+            throw;
+        },
+        std::string);
+    login("511");
+    simulator.stop();
+    EXPECT_THROW(
+        try { start(); } catch (const std::string& reason) {
+            EXPECT_EQ(reason, "failed to connect to cimserver!");
+            throw;
+        },
+        std::string);
+}
+
+TEST_F(Engine, ALineThatFindsNoServerIsRefusedAndTheNextOneRunsWhenItIsBack) {
+    start();
+    const std::string port = simulator.port();
+    simulator.stop();
+    for (const char* const line : {"show /admin1", "version", "show -help"})
+        EXPECT_NE(run(line).find("COMMAND ERROR UNSPECIFIED"), std::string::npos) << line;
+    EXPECT_EQ(jobs("JobState=4"), "");
+    const SimulatorProcess again(directory, {"--port", port});
+    EXPECT_NE(run("version").find("1.0.2"), std::string::npos);
+    EXPECT_NE(run("cd /admin1/system1").find("/admin1/system1"), std::string::npos);
+}
+
+TEST_F(Engine, TheDefaultTargetIsTheRootUntilItIsAnAddress) {
+    start();
+    EXPECT_EQ(core->CDT(), "/admin1");
+    run("cd /admin1/system1");
+    EXPECT_EQ(core->CDT(), "/admin1/system1");
+    for (const char* const bad : {"foo", "admin1", "/", "/admin1/system*x", "SESSION", "/a*"}) {
+        CLPSession::getInstance()->setCurrentDefaultTarget(bad);
+        const Verb verb("localhost", simulator.port(), transport, [](Verb&) {});
+        EXPECT_EQ(verb.target(), std::string(bad) == "/" ? "/" : "/admin1") << bad;
+    }
+    directory.execute("clpsvc.db3", "DELETE FROM CLPSession");
+    CLPSession::getInstance()->setCurrentDefaultTarget("/admin1/system2");
+    EXPECT_EQ(core->CDT(), "/admin1/system2") << "the value that was last set";
+}
+
+TEST_F(Engine, AJobKeepsTheTimeThatTheLineOrTheSessionGives) {
+    start();
+    struct {
+        const char* keep;
+        long long seconds;
+    } const cases[] = {{"2.30", 150}, {"1", 60},   {"0", 300},    {"1.2.3", 60},
+                       {"0.5", 5},    {"-3", 300}, {"soon", 300}, {"99999999999", 0}};
+    for (const auto& c : cases) {
+        const Verb verb(
+            "localhost", simulator.port(), transport, [](Verb&) {}, parsed(c.keep));
+        const long long expected = c.seconds != 0 ? c.seconds * 1000000 : 2147483647;
+        EXPECT_EQ(directory.query("clpsvc.db3", "SELECT TimeBeforeRemoval FROM CLPCmdJob ORDER BY "
+                                                "id DESC LIMIT 1"),
+                  std::to_string(expected) + "\n")
+            << c.keep;
+    }
+    CLPSession::getInstance()->setKeepTime(20);
+    const Verb verb("localhost", simulator.port(), transport, [](Verb&) {});
+    EXPECT_EQ(directory.query("clpsvc.db3", "SELECT max(TimeBeforeRemoval) FROM CLPCmdJob WHERE "
+                                            "id=(SELECT max(id) FROM CLPCmdJob)"),
+              "20000000\n");
+}
+
+TEST_F(Engine, ACommandThatIsStoppedSaysSoAndItsJobEndsKilledOrTerminated) {
+    start();
+    CLPSession& session = *CLPSession::getInstance();
+    for (const bool killed : {true, false}) {
+        testing::internal::CaptureStdout();
+        int id = 0;
+        {
+            Verb verb("localhost", simulator.port(), transport, [](Verb& self) {
+                for (;;) {
+                    self.checkpoint();
+                    sleepFor(1);
+                }
+            });
+            id = verb.getJobID();
+            EXPECT_EQ(session.findCommand(id), &verb);
+            verb.start();
+            if (killed)
+                EXPECT_EQ(session.stopFGCommand(), id);
+            else
+                session.stopallCommand();
+            EXPECT_EQ(verb.wait(-1), 0);
+        }
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  "Job " + std::to_string(id) + " is killed\r\n");
+        EXPECT_EQ(jobs("id=" + std::to_string(id)),
+                  std::to_string(id) + (killed ? "|9\n" : "|8\n"));
+        EXPECT_EQ(session.findCommand(id), nullptr);
+    }
+    EXPECT_TRUE(session.allCommandDone());
+    EXPECT_EQ(session.stopFGCommand(), -1);
+    EXPECT_FALSE(session.stopCommand(77, CLPCommand::KILLED));
+}
+
+TEST_F(Engine, ACommandThatThrowsIsAnsweredAsASoftwareError) {
+    start();
+    testing::internal::CaptureStdout();
+    {
+        Verb verb("localhost", simulator.port(), transport,
+                  [](Verb&) { throw std::runtime_error("broken"); });
+        verb.start();
+        EXPECT_EQ(verb.wait(-1), 0);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "status COMMAND EXECUTION FAILED, error Software Error\r\n");
+    EXPECT_EQ(jobs("1"), "1|10\n");
+}
+
+TEST_F(Engine, ASpawnedCommandRunsOnInSilenceAndTheSessionsEndKillsIt) {
+    start();
+    CLPSession& session = *CLPSession::getInstance();
+    std::atomic<bool> begun{false};
+    std::atomic<bool> heard{false};
+    testing::internal::CaptureStdout();
+    auto* const verb = new Verb("localhost", simulator.port(), transport, [&](Verb& self) {
+        self.out() << "before ";
+        begun = true;
+        for (;;) {
+            self.checkpoint();
+            if (self.bBackGround()) {
+                self.out() << "nobody hears this" << Transport::endl;
+                heard = self.out().Type() == "nul";
+            }
+            sleepFor(1);
+        }
+    });
+    verb->start();
+    EXPECT_TRUE(becomes([&] { return begun.load(); }));
+    EXPECT_EQ(verb->wait(300), 1);
+    EXPECT_EQ(session.stopFGCommand(), -1) << "the foreground is empty";
+    EXPECT_FALSE(session.allCommandDone());
+    EXPECT_EQ(jobs("1"), "1|4\n");
+    EXPECT_TRUE(becomes([&] { return heard.load(); }));
+    core->terminateSession();
+    transport.flush();
+    EXPECT_TRUE(becomes([] { return Verb::alive == 0; }));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "before Killing commands running in backgrounds..done\nCLP Session terminated\n");
+    EXPECT_EQ(jobs("1"), "1|9\n");
+}
+
+TEST_F(Engine, ACommandThatDoesNotStopIsGivenUpAfterTwoTries) {
+    start();
+    std::atomic<bool> release{false};
+    auto* const verb = new Verb("localhost", simulator.port(), transport, [&release](Verb&) {
+        while (!release)
+            sleepFor(1);
+    });
+    verb->start();
+    EXPECT_EQ(verb->wait(1), 1);
+    testing::internal::CaptureStdout();
+    core->terminateSession();
+    transport.flush();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "Killing commands running in backgrounds...failed\nCLP Session terminated\n");
+    release = true;
+    EXPECT_TRUE(becomes([] { return Verb::alive == 0; }));
+}
+
+TEST_F(Engine, OutsideRequestsStopTheJobsOfThisProcessOnly) {
+    start();
+    Verb verb("localhost", simulator.port(), transport, [](Verb& self) {
+        for (;;) {
+            self.checkpoint();
+            sleepFor(1);
+        }
+    });
+    verb.start();
+    directory.execute("clp.db3", "INSERT INTO job_terminate VALUES('1',1,1)");
+    core->terminateJob();
+    const std::string self = std::to_string(getpid());
+    directory.execute("clp.db3", "INSERT INTO job_terminate VALUES('" + self + "',99,1)");
+    core->terminateJob();
+    EXPECT_FALSE(CLPSession::getInstance()->allCommandDone());
+    directory.execute("clp.db3", "INSERT INTO job_terminate VALUES('" + self + "',1,0)");
+    core->terminateJob();
+    EXPECT_EQ(verb.wait(-1), 0);
+    EXPECT_EQ(directory.query("clp.db3", "SELECT pid,jobid FROM job_terminate"), "1|1\n");
+}
+
+TEST_F(Engine, HandsTheTerminalToAnOutsideProgramAsItFoundIt) {
+    int master = -1;
+    int slave = -1;
+    ASSERT_EQ(openpty(&master, &slave, nullptr, nullptr, nullptr), 0);
+    ASSERT_EQ(dup2(slave, 0), 0);
+    directory.write("tolmax",
+                    "#!/bin/sh\nstty -a < /proc/self/fd/0 > " + directory.file("called") + "\n");
+    Transport terminal("std", -1);
+    const CLPCore engine("localhost", simulator.port(), terminal);
+    const_cast<CLPCore&>(engine).run("tolmax");
+    const std::string settings = " " + directory.read("called");
+    EXPECT_NE(settings.find(" icanon"), std::string::npos) << settings;
+    EXPECT_NE(settings.find(" echo "), std::string::npos) << settings;
+    termios now{};
+    tcgetattr(0, &now);
+    EXPECT_EQ(now.c_lflag & (ICANON | ECHO), 0U) << "and takes it back";
+}
+
+} // namespace
