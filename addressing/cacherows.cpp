@@ -135,23 +135,79 @@ std::vector<std::string> keyTexts(CMPIObjectPath* path) {
     return texts;
 }
 
-// Of the key values the one that the fewest rows hold. Counting stops where it costs more than a
-// wrong choice.
-std::string rarest(const char* function, DBConnection& db, const std::vector<std::string>& values) {
-    if (values.size() == 1)
-        return values.front();
+struct Held {
+    std::size_t value; // its place
+    int rows;
+};
+
+// Of the key values the one that the fewest rows hold, counted up to a limit.
+Held leastHeld(const char* function, DBConnection& db, const std::vector<std::string>& values,
+               int limit) {
     std::string sql;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        sql += i == 0 ? "SELECT " : " UNION ALL SELECT ";
-        sql += std::to_string(i) +
-               " AS pos,count(*) AS held FROM (SELECT 1 FROM addrsvc_cim "
-               "WHERE value=" +
-               quoted(values[i]) + " LIMIT 200)";
-    }
+    for (std::size_t i = 0; i < values.size(); ++i)
+        sql +=
+            (i == 0 ? "SELECT " : ",") +
+            ("(SELECT count(*) FROM (SELECT 1 FROM addrsvc_cim WHERE value=" + quoted(values[i]) +
+             " LIMIT " + std::to_string(limit)) +
+            ")) AS held" + std::to_string(i);
     DbStatement statement(function, db);
-    DBResultSet& result = statement.query(sql + " ORDER BY held LIMIT 1");
-    return result.next() ? values.at(static_cast<std::size_t>(result.getInt("pos")))
-                         : values.front();
+    DBResultSet& result = statement.query(sql);
+    Held least{0, limit};
+    if (!result.next())
+        return least;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const int rows = result.getInt("held" + std::to_string(i));
+        if (rows < least.rows)
+            least = {i, rows};
+    }
+    return least;
+}
+
+// A value that few rows hold. Nearly always one of the keys is the object's own, which a short
+// count shows; only when none is does a longer one pay.
+const std::string& rarest(const char* function, DBConnection& db,
+                          const std::vector<std::string>& values) {
+    constexpr int few = 8;
+    constexpr int many = 2000;
+    Held held{0, 0};
+    if (values.size() > 1)
+        held = leastHeld(function, db, values, few);
+    if (held.rows == few)
+        held = leastHeld(function, db, values, many);
+    return values.at(held.value);
+}
+
+// Reads rows with their keys; from names the tables that pick them, addrsvc_clp as "c". Sorting
+// and merging is done here, since the database would build a table for it.
+std::vector<CachedRow> readFrom(const char* function, DBConnection& db, const std::string& from,
+                                const std::string& condition) {
+    DbStatement statement(function, db);
+    DBResultSet& result = statement.query(
+        "SELECT c.ufip AS ufip,c.cimclass AS cimclass,c.id AS id,c.ns AS ns,k.rowid AS keyrow,"
+        "k.name AS keyname,k.value AS keyvalue,k.type AS keytype FROM " +
+        from + " LEFT JOIN addrsvc_cim k ON k.id=c.id WHERE " + condition);
+    std::vector<CachedRow> rows;
+    std::int64_t lastKey = 0;
+    while (result.next()) {
+        const int id = result.getInt("id");
+        const std::int64_t key = result.getInt64("keyrow");
+        // A row that two of its keys pick comes twice.
+        if (rows.empty() || rows.back().id != id || key <= lastKey)
+            rows.push_back({id,
+                            result.getString("ufip"),
+                            result.getString("cimclass"),
+                            result.getString("ns"),
+                            {}});
+        if (key > 0)
+            rows.back().keys.push_back(readKey(result));
+        lastKey = key;
+    }
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const CachedRow& a, const CachedRow& b) { return a.id < b.id; });
+    rows.erase(std::unique(rows.begin(), rows.end(),
+                           [](const CachedRow& a, const CachedRow& b) { return a.id == b.id; }),
+               rows.end());
+    return rows;
 }
 
 } // namespace
@@ -194,25 +250,7 @@ std::string subtree(const std::string& ufip) {
 
 std::vector<CachedRow> readRows(const char* function, DBConnection& db,
                                 const std::string& condition) {
-    DbStatement statement(function, db);
-    DBResultSet& result = statement.query(
-        "SELECT c.ufip AS ufip,c.cimclass AS cimclass,c.id AS id,c.ns AS ns,k.rowid AS keyrow,"
-        "k.name AS keyname,k.value AS keyvalue,k.type AS keytype FROM addrsvc_clp c "
-        "LEFT JOIN addrsvc_cim k ON k.id=c.id WHERE " +
-        condition + " ORDER BY c.id,k.rowid");
-    std::vector<CachedRow> rows;
-    while (result.next()) {
-        const int id = result.getInt("id");
-        if (rows.empty() || rows.back().id != id)
-            rows.push_back({id,
-                            result.getString("ufip"),
-                            result.getString("cimclass"),
-                            result.getString("ns"),
-                            {}});
-        if (!result.isNull("keyrow"))
-            rows.back().keys.push_back(readKey(result));
-    }
-    return rows;
+    return readFrom(function, db, "addrsvc_clp c", condition);
 }
 
 std::vector<CachedKey> readKeys(const char* function, DBConnection& db, int id) {
@@ -229,16 +267,14 @@ std::vector<CachedKey> readKeys(const char* function, DBConnection& db, int id) 
 
 std::vector<CachedRow> readCandidates(const char* function, DBConnection& db,
                                       CMPIObjectPath* path) {
-    // The plus keeps the class's own index, which picks far too many rows, out of the search.
-    std::string condition = "+cimclass=" + quoted(cimClassName(path));
+    const std::string ofClass = "c.cimclass=" + quoted(cimClassName(path));
     const std::vector<std::string> values = keyTexts(path);
     if (values.empty())
-        condition = "cimclass=" + quoted(cimClassName(path)) +
-                    " AND NOT EXISTS(SELECT 1 FROM addrsvc_cim n WHERE n.id=c.id)";
-    else
-        condition += " AND c.id IN (SELECT id FROM addrsvc_cim WHERE value=" +
-                     quoted(rarest(function, db, values)) + ")";
-    return readRows(function, db, condition);
+        return readRows(function, db,
+                        ofClass + " AND NOT EXISTS(SELECT 1 FROM addrsvc_cim n WHERE n.id=c.id)");
+    // The plus keeps the class's own index, which picks far too many rows, out of the search.
+    return readFrom(function, db, "addrsvc_cim s CROSS JOIN addrsvc_clp c ON c.id=s.id",
+                    "s.value=" + quoted(rarest(function, db, values)) + " AND +" + ofClass);
 }
 
 CimPath rebuild(const CachedRow& row) {

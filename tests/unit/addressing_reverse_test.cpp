@@ -119,6 +119,15 @@ TEST_F(AddressReverseTest, ACommonKeyValueOfManyObjectsDoesNotHideTheOne) {
     EXPECT_EQ("", m_service.getUfipFromCache(fan(301).path().get()));
 }
 
+TEST_F(AddressReverseTest, AValueThatStandsInSeveralKeysFindsTheObjectOnce) {
+    const fakecim::Object twin = {"ZORM_Fan", {{"System", "x"}, {"Name", "x"}, {"Tag", "x"}}, {}};
+    const fakecim::Object keyless = {"ZORM_Fan", {}, {}};
+    m_service.addCacheItem("/admin1/oem_fan1", keyless.path().get(), "root/zorm");
+    m_service.addCacheItem("/admin1/oem_fan2", twin.path().get(), "root/zorm");
+    EXPECT_EQ("/admin1/oem_fan2", m_service.getUfipFromCache(twin.path().get()));
+    EXPECT_EQ("/admin1/oem_fan1", m_service.getUfipFromCache(keyless.path().get()));
+}
+
 TEST_F(AddressReverseTest, ADamagedAddressInTheDatabaseIsPassedOver) {
     const fakecim::Object& a = addSystem("a");
     resolve(m_service, "system1");
