@@ -84,12 +84,22 @@ CMPIArray* qualifierArray(CMPIConstClass* cimclass, const std::string& name,
     return cimClone(data.value.array).release();
 }
 
-std::optional<std::string> elementText(CMPIArray* array, CMPICount index) {
+CMPIData elementOf(CMPIArray* array, CMPICount index) {
     CimStatus status;
-    const CMPIData element = array->ft->getElementAt(array, index, status.out());
-    if (!status.ok() || isNullValue(element))
-        return std::nullopt;
-    return cimValueText(element.type, element.value);
+    CMPIData element = array->ft->getElementAt(array, index, status.out());
+    if (!status.ok())
+        element.state = CMPI_badValue;
+    return element;
+}
+
+// Most maps hold strings, which need no copy to be compared.
+bool isText(const CMPIData& element, const std::string& text) {
+    if (isNullValue(element))
+        return false;
+    if (element.type != CMPI_string)
+        return cimValueText(element.type, element.value) == text;
+    const CMPIString* string = element.value.string;
+    return string && string->hdl && text == static_cast<const char*>(string->hdl);
 }
 
 CMPICount sizeOf(CMPIArray* array) {
@@ -102,9 +112,14 @@ CMPICount sizeOf(CMPIArray* array) {
 std::optional<std::string> mappedName(const std::string& text, CMPIArray* values,
                                       CMPIArray* valuemap) {
     const CMPICount size = sizeOf(valuemap);
-    for (CMPICount i = 0; i < size; ++i)
-        if (elementText(valuemap, i) == text)
-            return elementText(values, i);
+    for (CMPICount i = 0; i < size; ++i) {
+        if (!isText(elementOf(valuemap, i), text))
+            continue;
+        const CMPIData name = elementOf(values, i);
+        if (isNullValue(name))
+            return std::nullopt;
+        return cimValueText(name.type, name.value);
+    }
     return std::nullopt;
 }
 
@@ -185,11 +200,8 @@ std::vector<ShownText> shownElements(const PropValue& value) {
     CMPIArray* array = value.data->value.array;
     const CMPICount size = sizeOf(array);
     elements.reserve(size);
-    for (CMPICount i = 0; i < size; ++i) {
-        CimStatus status;
-        const CMPIData element = array->ft->getElementAt(array, i, status.out());
-        elements.push_back(shownText(element, value.values, value.valuemap));
-    }
+    for (CMPICount i = 0; i < size; ++i)
+        elements.push_back(shownText(elementOf(array, i), value.values, value.valuemap));
     return elements;
 }
 

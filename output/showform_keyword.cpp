@@ -55,7 +55,7 @@ public:
     }
 
     void closeInstance() override { m_out.endgroup(); }
-    void closeTarget() override {}
+    void closeTarget() override { m_out.flush(); }
 
 private:
     void values(const PropValue& property) {

@@ -43,7 +43,7 @@ public:
     }
 
     void closeInstance() override {}
-    void closeTarget() override {}
+    void closeTarget() override { m_out.flush(); }
 
 private:
     void property(const std::string& name, const PropValue& value) {

@@ -59,7 +59,7 @@ public:
     void targets(const std::vector<std::string>&) override {}
 
     void closeInstance() override { m_out.close(T_INSTANCE); }
-    void closeTarget() override { m_out.close(T_TARGET); }
+    void closeTarget() override { m_out.close(T_TARGET).flush(); }
 
 private:
     void property(const ShownProperty& shown) {

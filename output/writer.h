@@ -1,5 +1,6 @@
-// The small sentences that all response forms are made of, written straight to a transport: lines,
-// keyword lines, and elements of clpxml. Nothing is escaped here.
+// The small sentences that all response forms are made of, written to a transport: lines, keyword
+// lines, and elements of clpxml. Nothing is escaped here. What is written leaves in few pieces, at
+// the latest when the writer goes.
 #ifndef VELCLP_OUTPUT_WRITER_H
 #define VELCLP_OUTPUT_WRITER_H
 
@@ -13,13 +14,19 @@ namespace velmora_clp {
 class Writer {
 public:
     explicit Writer(Transport& out) : m_out(out) {}
+    ~Writer() { flush(); }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    void flush() const { m_out.flush(); }
 
     template<typename... Pieces>
     const Writer& raw(const Pieces&... pieces) const {
         (static_cast<void>(m_out << pieces), ...);
         return *this;
     }
-    const Writer& endl() const { return raw(&Transport::endl); }
+    // As Transport::endl, which lets every line leave by itself.
+    const Writer& endl() const { return raw("\r\n"); }
 
     template<typename... Pieces>
     const Writer& line(const Pieces&... pieces) const {
