@@ -85,6 +85,7 @@ void Signals::setRunning(bool running) {
 Signals::Events Signals::take() {
     drain(m_wakeup.get());
     const std::lock_guard<std::mutex> guard(m_mutex);
+    collect();
     Events events = m_events;
     m_events = Events();
     m_events.end = events.end;
@@ -111,15 +112,20 @@ void Signals::work() {
         poll(ready, std::size(ready), patience);
         if (ready[1].revents != 0)
             return;
-        signalfd_siginfo info{};
-        while (read(m_signalFd.get(), &info, sizeof info) == sizeof info)
-            handle(static_cast<int>(info.ssi_signo));
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        collect();
         serveRunningCommand();
     }
 }
 
+// Under the lock, so that whoever asks for events has all that came until then.
+void Signals::collect() {
+    signalfd_siginfo info{};
+    while (read(m_signalFd.get(), &info, sizeof info) == sizeof info)
+        handle(static_cast<int>(info.ssi_signo));
+}
+
 void Signals::handle(int signal) {
-    const std::lock_guard<std::mutex> guard(m_mutex);
     switch (signal) {
     case SIGTERM:
     case SIGHUP:
@@ -145,7 +151,6 @@ void Signals::handle(int signal) {
 }
 
 void Signals::serveRunningCommand() {
-    const std::lock_guard<std::mutex> guard(m_mutex);
     if (!m_running)
         return;
     if (m_stopCommand && velmora_clp::CLPSession::getInstance()->stopFGCommand() >= 0)

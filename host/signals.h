@@ -69,6 +69,8 @@ public:
 private:
     void setRunning(bool running);
     void work();
+    // These three under the lock.
+    void collect();
     void handle(int signal);
     void serveRunningCommand();
     void wakeHost();

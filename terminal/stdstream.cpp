@@ -81,7 +81,9 @@ int stdStream::wait() {
             return FAILED;
         if (count < 0)
             continue;
-        if (s_wakeupFd >= 0 && FD_ISSET(s_wakeupFd, &ready)) {
+        // Also before input is read: an interrupt key comes as a signal, which must not overtake
+        // what is typed behind it.
+        if (s_wakeupFd >= 0) {
             const int result = s_wakeup();
             if (result < 0)
                 return result;
