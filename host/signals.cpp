@@ -78,8 +78,12 @@ void Signals::finish() {
 
 void Signals::setRunning(bool running) {
     const std::lock_guard<std::mutex> guard(m_mutex);
+    collect();
     m_running = running;
-    m_stopCommand = false;
+    // What came behind the line's end and before its command is meant for the command.
+    m_stopCommand = running && (m_events.end != 0 || m_events.interrupted);
+    if (running)
+        m_events.interrupted = false;
 }
 
 Signals::Events Signals::take() {

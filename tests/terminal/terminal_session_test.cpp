@@ -190,8 +190,8 @@ TEST_F(OperatorsTerminal, ANewWindowSizeHoldsFromTheNextLineOn) {
     PtySession& terminal = start(options);
     terminal.type("version      version");
     terminal.expect("version      vers\nion");
-    terminal.type(std::string(1, CTRL_C));
     terminal.resize(80, 24);
+    terminal.type(std::string(1, CTRL_C));
     terminal.prompt();
     terminal.type("version      version");
     terminal.expect("version      version");
