@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace velmora_clp {
 namespace {
 
@@ -12,6 +14,10 @@ struct Typed {
     int type;
     const char* target;
 };
+
+void PrintTo(const Typed& typed, std::ostream* out) {
+    *out << '"' << typed.text << "\" from " << typed.cdt;
+}
 
 class AddressTest : public testing::TestWithParam<Typed> {};
 
