@@ -1,10 +1,9 @@
 #include "velclp/task.h"
+#include "velclp/forcedunwind.h"
 
 #include "velclp/assertion.h"
 #include "velclp/log.h"
 #include "velclp/threadguard.h"
-
-#include <cxxabi.h>
 
 #include <cerrno>
 #include <csignal>
@@ -108,6 +107,7 @@ void* CLPTask::_work(void* arg) {
     return nullptr;
 }
 
+VELCLP_HANDLES_FORCED_UNWIND
 void CLPTask::runGuarded() {
     const char* const function = "CLP.CLPTask._work";
     std::string reason;
