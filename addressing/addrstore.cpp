@@ -5,9 +5,10 @@
 #include "velclp/assertion.h"
 #include "velclp/cacheguard.h"
 #include "velclp/dbstatement.h"
-#include "velclp/forcedunwind.h"
 #include "velclp/locations.h"
 #include "velclp/schema.h"
+
+#include <cxxabi.h>
 
 namespace velmora_clp {
 
@@ -186,7 +187,6 @@ void CLPAddrSVC::deleteUfip(const std::string& ufip) {
     }
 }
 
-VELCLP_HANDLES_FORCED_UNWIND
 void CLPAddrSVC::emptyCacheUfct(std::string parent, std::string ufct) {
     const char* const function = "CLP.CLPAddrSVC.emptyCacheUfct";
     VELCLP_TRACE(function);

@@ -1,5 +1,4 @@
 #include "velclp/clpcommand.h"
-#include "velclp/forcedunwind.h"
 
 #include "core/cimconnect.h"
 #include "core/defaulttarget.h"
@@ -14,6 +13,8 @@
 #include "velclp/showrecords.h"
 #include "velclp/token.h"
 #include "velclp/transport.h"
+
+#include <cxxabi.h>
 
 #include <algorithm>
 #include <climits>
@@ -176,7 +177,6 @@ void CLPCommand::setJobError(JobError::error error, JobError::stat cimStatus,
     m_error->setCode(error, cimStatus, severity);
 }
 
-VELCLP_HANDLES_FORCED_UNWIND
 void CLPCommand::answerFailure(CLPTask& task) {
     const char* const function = "CLP.CLPCommand.answerFailure";
     VELCLP_TRACE(function);

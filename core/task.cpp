@@ -1,9 +1,10 @@
 #include "velclp/task.h"
-#include "velclp/forcedunwind.h"
 
 #include "velclp/assertion.h"
 #include "velclp/log.h"
 #include "velclp/threadguard.h"
+
+#include <cxxabi.h>
 
 #include <cerrno>
 #include <csignal>
@@ -107,7 +108,6 @@ void* CLPTask::_work(void* arg) {
     return nullptr;
 }
 
-VELCLP_HANDLES_FORCED_UNWIND
 void CLPTask::runGuarded() {
     const char* const function = "CLP.CLPTask._work";
     std::string reason;

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <iterator>
 
+#include <cxxabi.h>
+
 #include "language/parsestate.h"
 #include "language/syntax.h"
 #include "velclp/clpstring.h"
-#include "velclp/forcedunwind.h"
 #include "velclp/log.h"
 #include "velclp/optionsymbol.h"
 #include "velclp/parser.h"
@@ -105,7 +106,6 @@ void tab_parser(const std::string& word) {
 
 namespace velmora_clp {
 
-VELCLP_HANDLES_FORCED_UNWIND
 std::vector<std::string> CLPParser::tabContinue(const std::string& line) {
     const char* const function = "CLP.CLPParser.tabContinue";
     VELCLP_TRACE(function);

@@ -4,9 +4,9 @@
 #define VELCLP_DBSTATEMENT_H
 
 #include "database/cdbc.h"
-#include "velclp/forcedunwind.h"
 #include "velclp/log.h"
 
+#include <cxxabi.h>
 #include <string>
 
 namespace velmora_clp {
@@ -41,9 +41,8 @@ private:
 // cdbc exception=[...]", any other exception as unknownText, both at level 1 under the function's
 // name. True when the work came to its end. The end of a thread passes through.
 template<typename Work>
-VELCLP_HANDLES_FORCED_UNWIND bool
-databaseWork(const char* function, Work&& work,
-             const char* unknownText = "catch an unknown error!") {
+bool databaseWork(const char* function, Work&& work,
+                  const char* unknownText = "catch an unknown error!") {
     try {
         work();
         return true;
