@@ -100,7 +100,7 @@ TEST_F(Script, OfThousandsOfLinesNeitherHangsNorGrows) {
     for (int i = 0; i < batch; ++i)
         lines += "version\n";
     std::string expected;
-    long early = 0;
+    [[maybe_unused]] long early = 0;
     for (int round = 0; round < 10; ++round) {
         ASSERT_TRUE(session->send(lines + "cd /admin1/nosuch" + std::to_string(round) + "1\n"));
         const std::string mark = "COMMAND EXECUTION FAILED";
@@ -116,12 +116,10 @@ TEST_F(Script, OfThousandsOfLinesNeitherHangsNorGrows) {
         if (round == 1)
             early = residentKilobytes(session->pid());
     }
-    const long late = residentKilobytes(session->pid());
+    [[maybe_unused]] const long late = residentKilobytes(session->pid());
     // Room for what a cache of pages still takes; a leak of some hundred bytes a line shows.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they keep freed memory
     EXPECT_LE(late, early + 1024);
-#else
-    EXPECT_GE(late, early);
 #endif
     EXPECT_EQ(session->wait(), 0);
     EXPECT_EQ(session->output().find("spawned"), std::string::npos);
