@@ -11,7 +11,9 @@
 #include <CimClientLib/native.h>
 
 #include <pthread.h>
-#include <unistd.h>
+
+#include <atomic>
+#include <thread>
 
 namespace velmora_clp {
 
@@ -19,7 +21,7 @@ namespace {
 
 constexpr int jobStarted = 4096;
 constexpr int marksInLine = 16;
-constexpr unsigned int secondsBetweenPolls = 5;
+std::atomic<std::chrono::milliseconds> timeBetweenPolls{std::chrono::seconds(5)};
 
 // JobState of the general model, as far as it is told apart.
 enum JobState : int { Unchanged = 2, Running = 4, Done = 7, Vanished = 10 };
@@ -104,6 +106,10 @@ JobError* CLPMapping::SP_SpecialMethod(const std::string& method, const TextPair
     return nullptr;
 }
 
+void CLPMapping::setUpdatePollInterval(std::chrono::milliseconds interval) {
+    timeBetweenPolls = interval;
+}
+
 void CLPMapping::followUpdate(CMPIObjectPath* job) {
     progress(closingText(job ? pollUpdate(job) : Vanished), true);
 }
@@ -112,7 +118,7 @@ int CLPMapping::pollUpdate(CMPIObjectPath* job) {
     int state = readJobState(cc, job);
     for (int count = 0; state == Running; ++count) {
         progress(endsLine(count) ? "" : "#", endsLine(count));
-        sleep(secondsBetweenPolls);
+        std::this_thread::sleep_for(timeBetweenPolls.load());
         state = readJobState(cc, job);
     }
     return state;

@@ -6,6 +6,7 @@
 
 #include <CimClientLib/cmci.h>
 
+#include <chrono>
 #include <map>
 #include <string>
 #include <utility>
@@ -113,6 +114,9 @@ public:
     // update's job has ended, showing progress on the transport.
     JobError* SP_SpecialMethod(const std::string& method, const TextPairs* params, CMPIArgs* args,
                                CMPIObjectPath* path);
+
+    // How long an update's job is left alone between two looks at it; five seconds unless set.
+    static void setUpdatePollInterval(std::chrono::milliseconds interval);
 
 private:
     // Invokes a method and turns its failure or its return value into an error.

@@ -5,8 +5,10 @@
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utmp.h>
 
 #include <algorithm>
 #include <array>
@@ -28,17 +30,28 @@ PtySession::Milliseconds until(Clock::time_point end) {
                     std::chrono::duration_cast<PtySession::Milliseconds>(end - Clock::now()));
 }
 
-[[noreturn]] void becomeHost(const std::vector<std::string>& arguments,
+PtySession::Milliseconds toMilliseconds(const timeval& time) {
+    return std::chrono::seconds(time.tv_sec) + PtySession::Milliseconds(time.tv_usec / 1000);
+}
+
+[[noreturn]] void becomeHost(const PtySession::Options& options,
+                             const std::vector<std::string>& arguments,
                              const std::map<std::string, std::string>& environment) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     std::signal(SIGPIPE, SIG_DFL);
-    for (const auto& [name, value] : environment)
-        setenv(name.c_str(), value.c_str(), 1);
+    if (options.ignoresHangUp)
+        std::signal(SIGHUP, SIG_IGN);
+    for (const auto& [name, value] : environment) {
+        if (value.empty())
+            unsetenv(name.c_str());
+        else
+            setenv(name.c_str(), value.c_str(), 1);
+    }
     std::vector<char*> argv;
     for (const std::string& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
-    execv(VELCLP_HOST_PROGRAM, argv.data());
+    execv(options.program.empty() ? VELCLP_HOST_PROGRAM : options.program.c_str(), argv.data());
     _exit(127);
 }
 
@@ -54,11 +67,19 @@ PtySession::PtySession(const RunDirectory& directory, const std::string& port,
     environment.insert({{"USER", "admin"}, {"privileges", "511"}});
     const winsize size = {static_cast<unsigned short>(options.rows),
                           static_cast<unsigned short>(options.columns), 0, 0};
-    m_pid = forkpty(&m_master, nullptr, nullptr, &size);
-    if (m_pid < 0)
+    int slave = -1;
+    if (openpty(&m_master, &slave, nullptr, nullptr, &size) != 0)
         throw std::runtime_error("no terminal");
-    if (m_pid == 0)
-        becomeHost(arguments, environment);
+    tcgetattr(slave, &m_initial);
+    m_pid = fork();
+    if (m_pid < 0)
+        throw std::runtime_error("no process");
+    if (m_pid == 0) {
+        close(m_master);
+        login_tty(slave);
+        becomeHost(options, arguments, environment);
+    }
+    close(slave);
     fcntl(m_master, F_SETFL, O_NONBLOCK);
 }
 
@@ -116,6 +137,12 @@ std::string PtySession::expect(const std::string& text, Milliseconds limit) {
     }
 }
 
+std::string PtySession::prompt() {
+    const std::string before = expect("-> ");
+    m_promptRow = m_screen.row();
+    return before;
+}
+
 std::string PtySession::answer(const std::string& line) {
     type(line + "\r");
     expect(line + "\n");
@@ -124,6 +151,24 @@ std::string PtySession::answer(const std::string& line) {
 
 bool PtySession::quiet(Milliseconds time) {
     return !pump(time);
+}
+
+std::vector<std::string> PtySession::view() const {
+    std::vector<std::string> rows = m_screen.rows();
+    const auto cursorRow = static_cast<std::size_t>(m_screen.row());
+    rows.resize(std::max(rows.size(), cursorRow + 1));
+    std::string& row = rows[cursorRow];
+    const auto column = static_cast<std::size_t>(m_screen.column());
+    row.resize(std::max(row.size(), column), ' ');
+    row.insert(column, 1, '|');
+    return {rows.begin() + m_promptRow, rows.end()};
+}
+
+std::vector<std::string> PtySession::viewBecomes(const std::vector<std::string>& expected) {
+    const auto end = Clock::now() + std::chrono::seconds(5);
+    while (view() != expected && pump(until(end)))
+        continue;
+    return view();
 }
 
 void PtySession::resize(int columns, int rows) const {
@@ -144,16 +189,25 @@ void PtySession::hangUp() {
 int PtySession::wait(Milliseconds limit) {
     const auto end = Clock::now() + limit;
     int status = 0;
-    while (m_pid > 0 && waitpid(m_pid, &status, WNOHANG) == 0) {
+    rusage used{};
+    while (m_pid > 0 && wait4(m_pid, &status, WNOHANG, &used) == 0) {
         if (Clock::now() > end)
             throw std::runtime_error("the session did not end: " + m_output);
         if (!pump(Milliseconds(5)))
             std::this_thread::sleep_for(Milliseconds(2));
     }
     m_pid = -1;
+    m_processorTime = toMilliseconds(used.ru_utime) + toMilliseconds(used.ru_stime);
     while (pump(Milliseconds(0)))
         continue;
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+bool PtySession::isRestored() const {
+    const termios now = settings();
+    return now.c_iflag == m_initial.c_iflag && now.c_oflag == m_initial.c_oflag &&
+           now.c_cflag == m_initial.c_cflag && now.c_lflag == m_initial.c_lflag &&
+           std::equal(std::begin(now.c_cc), std::end(now.c_cc), std::begin(m_initial.c_cc));
 }
 
 termios PtySession::settings() const {

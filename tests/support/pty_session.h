@@ -24,6 +24,8 @@ public:
         std::map<std::string, std::string> environment = {{"TERM", "xterm"}};
         std::vector<std::string> arguments;
         std::string name = "velclp"; // what the program finds as its own name
+        std::string program;         // the host program unless another is named
+        bool ignoresHangUp = false;
     };
 
     PtySession(const RunDirectory& directory, const std::string& port)
@@ -40,11 +42,16 @@ public:
     // end; throws std::runtime_error with the rest when it does not come.
     std::string expect(const std::string& text, Milliseconds limit = Milliseconds(20000));
     // Waits for the prompt and gives what stands before it.
-    std::string prompt() { return expect("-> "); }
+    std::string prompt();
     // Types a line and gives what comes between its end and the next prompt.
     std::string answer(const std::string& line);
     // Whether nothing comes out for that long.
     bool quiet(Milliseconds time);
+
+    // What an operator sees from the last prompt on: the rows, with a "|" before the cursor.
+    std::vector<std::string> view() const;
+    // Reads until the view is the one expected, or for some seconds; the view then.
+    std::vector<std::string> viewBecomes(const std::vector<std::string>& expected);
 
     void resize(int columns, int rows) const;
     void signal(int number) const;
@@ -55,6 +62,10 @@ public:
     int wait(Milliseconds limit = Milliseconds(20000));
 
     termios settings() const;
+    // Whether the terminal is set as it was before the program had it.
+    bool isRestored() const;
+    // The processor time that the program had taken when it was waited for.
+    Milliseconds processorTime() const { return m_processorTime; }
     pid_t pid() const { return m_pid; }
     // What an operator would see, and the bytes that made it but for carriage returns, of which a
     // terminal adds its own.
@@ -69,6 +80,9 @@ private:
     std::string m_output;
     std::size_t m_seen = 0;
     Screen m_screen;
+    int m_promptRow = 0;
+    termios m_initial{};
+    Milliseconds m_processorTime{0};
 };
 
 #endif

@@ -1,55 +1,20 @@
 // An operator's session on a real terminal: keys, signals, and every way in which it can end.
-#include "tests/support/pty_session.h"
-#include "tests/support/simulator_process.h"
-
-#include <gtest/gtest.h>
+#include "tests/terminal/operators_terminal.h"
 
 #include <csignal>
-#include <memory>
 
 namespace {
 
-const char CTRL_C = 3;
-const std::string UP = "\033[A";
-
-class OperatorsTerminal : public ::testing::Test {
-protected:
-    PtySession& start(const PtySession::Options& options = {}) {
-        session = std::make_unique<PtySession>(directory, simulator.port(), options);
-        session->prompt();
-        return *session;
-    }
-    std::string sessionRows() const {
-        return directory.query("clpsvc.db3", "SELECT count(*) FROM CLPSession");
-    }
-    static bool isCooked(const PtySession& terminal) {
-        const termios settings = terminal.settings();
-        return (settings.c_lflag & (ICANON | ECHO)) == (ICANON | ECHO) &&
-               (settings.c_iflag & ICRNL) != 0;
-    }
-    // Every reading of an instance takes so long from now on.
-    void slowDown(int msec) const {
-        simulator.post("/sim/faults",
-                       "operation=GetInstance kind=delay count=always ms=" + std::to_string(msec));
-    }
-
-    RunDirectory directory;
-    SimulatorProcess simulator{directory};
-    std::unique_ptr<PtySession> session;
-};
-
-using Rows = std::vector<std::string>;
-
 TEST_F(OperatorsTerminal, EveryLineIsAnsweredBehindItAndThePromptComesBack) {
     PtySession& terminal = start();
-    EXPECT_FALSE(isCooked(terminal));
+    EXPECT_FALSE(terminal.isRestored());
     EXPECT_EQ(terminal.answer("version"),
               "SM CLP Version: 1.0.2\nSM ME Addressing Version: 1.0.0b\n");
     EXPECT_EQ(terminal.answer(""), "");
     EXPECT_EQ(terminal.answer("  "), "");
     terminal.type("exit\r");
     EXPECT_EQ(terminal.wait(), 0);
-    EXPECT_TRUE(isCooked(terminal));
+    EXPECT_TRUE(terminal.isRestored());
     EXPECT_EQ(terminal.screen().rows().back(), "CLP Session terminated");
     EXPECT_EQ(sessionRows(), "0\n");
 }
@@ -74,7 +39,7 @@ TEST_F(OperatorsTerminal, TheInterruptKeyGivesUpTheLineBeingTyped) {
     PtySession& terminal = start();
     terminal.type("show /admin1");
     terminal.expect("show /admin1");
-    terminal.type(std::string(1, CTRL_C));
+    terminal.type(CTRL_C);
     EXPECT_EQ(terminal.prompt(), "\n");
     EXPECT_NE(terminal.answer("version").find("1.0.2"), std::string::npos);
 }
@@ -85,7 +50,7 @@ TEST_F(OperatorsTerminal, TheInterruptKeyStopsTheRunningCommandAndTheSessionGoes
     slowDown(200);
     terminal.type("show -level all /admin1\r");
     terminal.expect("\n");
-    terminal.type(std::string(1, CTRL_C));
+    terminal.type(CTRL_C);
     terminal.expect(" is killed\n", std::chrono::seconds(5));
     terminal.prompt();
     EXPECT_EQ(directory.query("clpsvc.db3", "SELECT count(*) FROM CLPCmdJob WHERE JobState=9"),
@@ -122,7 +87,7 @@ TEST_F(OperatorsTerminal, TerminationAndHangUpEndItInOrder) {
         terminal.signal(signal);
         EXPECT_EQ(terminal.wait(), 128 + signal);
         EXPECT_EQ(terminal.screen().rows().back(), "CLP Session terminated");
-        EXPECT_TRUE(isCooked(terminal));
+        EXPECT_TRUE(terminal.isRestored());
         EXPECT_EQ(sessionRows(), "0\n");
     }
     PtySession& terminal = start();
@@ -150,13 +115,12 @@ TEST_F(OperatorsTerminal, AFatalFaultLeavesTheTerminalAsItWas) {
     terminal.type("show /admin1\r");
     EXPECT_EQ(terminal.wait(), 128 + SIGABRT);
     EXPECT_NE(terminal.output().find("pos!=string::npos"), std::string::npos);
-    EXPECT_TRUE(isCooked(terminal));
+    EXPECT_TRUE(terminal.isRestored());
 }
 
 TEST_F(OperatorsTerminal, QuitAndSuspendKeysDoNotEndALoginsSession) {
     PtySession& terminal = start();
-    terminal.type("\034");
-    terminal.type("\032");
+    terminal.type(QUIT + CTRL_Z);
     EXPECT_NE(terminal.answer("version").find("1.0.2"), std::string::npos);
 }
 
@@ -191,7 +155,7 @@ TEST_F(OperatorsTerminal, ANewWindowSizeHoldsFromTheNextLineOn) {
     terminal.type("version      version");
     terminal.expect("version      vers\nion");
     terminal.resize(80, 24);
-    terminal.type(std::string(1, CTRL_C));
+    terminal.type(CTRL_C);
     terminal.prompt();
     terminal.type("version      version");
     terminal.expect("version      version");
@@ -211,22 +175,6 @@ TEST_F(OperatorsTerminal, PastingLosesNoLine) {
         ++answers;
     EXPECT_EQ(answers, static_cast<std::size_t>(lines));
     EXPECT_NE(terminal.output().find("nosuchverb9999"), std::string::npos);
-}
-
-TEST_F(OperatorsTerminal, EveryByteAtThePromptLeavesASessionThatAnswers) {
-    PtySession& terminal = start();
-    for (int byte = 0; byte < 256; ++byte) {
-        // Keys that act on the session itself have cases of their own.
-        if (byte == '\r' || byte == '\n' || byte == CTRL_C || byte == 26 || byte == 28)
-            continue;
-        terminal.type(std::string(1, static_cast<char>(byte)) + "x\r");
-    }
-    terminal.type(std::string(1, CTRL_C));
-    EXPECT_NE(terminal.answer("version -o format=keyword").find("clpversion=1.0.2"),
-              std::string::npos);
-    terminal.type("exit\r");
-    EXPECT_EQ(terminal.wait(), 0);
-    EXPECT_TRUE(isCooked(terminal));
 }
 
 } // namespace
