@@ -103,10 +103,13 @@ bool PtySession::pump(Milliseconds limit) {
     const ssize_t count = read(m_master, buffer.data(), buffer.size());
     if (count <= 0)
         return count < 0 && (errno == EINTR || errno == EAGAIN);
-    const std::string bytes(buffer.data(), static_cast<std::size_t>(count));
-    std::copy_if(bytes.begin(), bytes.end(), std::back_inserter(m_output),
-                 [](char c) { return c != CARRIAGE_RETURN; });
-    m_screen.write(bytes);
+    for (const char byte : std::string(buffer.data(), static_cast<std::size_t>(count))) {
+        m_screen.write(std::string(1, byte));
+        if (byte == CARRIAGE_RETURN)
+            continue;
+        m_output += byte;
+        m_rows.push_back(m_screen.row());
+    }
     return true;
 }
 
@@ -139,7 +142,7 @@ std::string PtySession::expect(const std::string& text, Milliseconds limit) {
 
 std::string PtySession::prompt() {
     const std::string before = expect("-> ");
-    m_promptRow = m_screen.row();
+    m_promptRow = m_rows[m_seen - 1];
     return before;
 }
 

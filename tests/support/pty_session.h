@@ -80,6 +80,7 @@ private:
     std::string m_output;
     std::size_t m_seen = 0;
     Screen m_screen;
+    std::vector<int> m_rows; // of the screen, that each byte of the output ended in
     int m_promptRow = 0;
     termios m_initial{};
     Milliseconds m_processorTime{0};
