@@ -3,6 +3,7 @@
 #include "velclp/addrsvc.h"
 #include "velclp/cimhandle.h"
 #include "velclp/clpstring.h"
+#include "velclp/core_misc.h"
 #include "velclp/schema.h"
 
 namespace velmora_clp {
@@ -45,13 +46,16 @@ std::string addressOf(CLPAddrSVC& addresses, CMPIObjectPath* object, bool normal
     return addresses.getUfip(object, true, normal);
 }
 
-std::string referredAddress(CLPAddrSVC& addresses, const CMPIData& reference) {
+std::string referredAddress(CLPAddrSVC& addresses, const CMPIData& reference,
+                            const Addressed& known) {
     if (!reference.value.ref)
         return std::string();
     const CimPath object = cimClone(reference.value.ref);
     if (!object)
         return std::string();
     object->ft->setNameSpace(object.get(), nameSpaceOf(cimClassName(object.get())).c_str());
+    if (!known.address.empty() && clp_sameCMPIObjectPath(object.get(), known.object))
+        return known.address;
     return addressOf(addresses, object.get());
 }
 

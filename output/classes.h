@@ -29,8 +29,15 @@ std::string defaultTagOfClass(const std::string& cimclass);
 // object of a class that the schema does not know.
 std::string addressOf(CLPAddrSVC& addresses, CMPIObjectPath* object, bool normal = true);
 
+// An object whose address, in user form, need not be looked for any more. Borrowed; may be null.
+struct Addressed {
+    CMPIObjectPath* object;
+    const std::string& address;
+};
+
 // The address that a reference property refers to, or an empty text.
-std::string referredAddress(CLPAddrSVC& addresses, const CMPIData& reference);
+std::string referredAddress(CLPAddrSVC& addresses, const CMPIData& reference,
+                            const Addressed& known);
 
 // The namespace of a class: the schema's.
 std::string nameSpaceOf(const std::string& cimclass);

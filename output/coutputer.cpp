@@ -73,6 +73,7 @@ int COutputer::output_verbose(Token token) {
 }
 
 std::string COutputer::xml_escaping_output(char const* text) {
+    VELCLP_TRACE("CLP.COutputer.xml_escaping_output");
     const std::string source = text ? text : "";
     std::string escaped;
     escaped.reserve(source.size());

@@ -171,6 +171,8 @@ void COutputer::select_properties(const Token& token, FilterResult* result, cons
             result->properties.emplace(name, nullptr);
     } else if (CMPIConstClass* definition = class_of(nameSpaceOf(cimclass), cimclass)) {
         addClassProperties(definition, result->properties);
+    } else {
+        VELCLP_LOG_FAILURE("CLP.COutputer.select_properties", "Get Class failed");
     }
     Names names;
     sectionShown(line, OPT_DISPLAY_PROPERTIES, names);

@@ -26,6 +26,8 @@ FilterResult::~FilterResult() {
 
 void FilterResult::startObject(CMPIObjectPath* next) {
     object = next;
+    address.clear();
+    internal_address.clear();
     releaseInstance(instance);
     freeValues(properties);
     freeValues(pseudo_properties);

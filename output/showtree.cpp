@@ -57,10 +57,11 @@ void COutputer::ShowTree::cutToPage(TargetGroup& group) const {
 void COutputer::ShowTree::printTarget(const TargetGroup& group, Target& target) {
     bool shown = false;
     {
-        const CimInstance instance = readInstance(target.object);
+        // The server is not asked for what is not selected anyway.
+        const CimInstance instance =
+            isSelected(group, target) ? readInstance(target.object) : nullptr;
         std::vector<ShownProperty> properties;
-        shown = instance && isSelected(group, target) &&
-                collectProperties(group, target, instance.get(), properties);
+        shown = instance && collectProperties(group, target, instance.get(), properties);
         if (shown)
             printSections(group, target, properties);
     }
@@ -128,20 +129,27 @@ void COutputer::ShowTree::collectPseudoProperties(const std::string& ufct, CMPIO
     }
 }
 
+bool COutputer::ShowTree::opens(_show_filter::Flag section) const {
+    if (!has(section))
+        return false;
+    m_command.checkpoint();
+    return true;
+}
+
 void COutputer::ShowTree::printSections(const TargetGroup& group, const Target& target,
                                         const std::vector<ShownProperty>& properties) {
     const CLPSchema& schema = *CLPSchema::getInstance();
     m_form->openTarget(target.ufip);
-    if (has(_show_filter::PROPERTIES))
+    if (opens(_show_filter::PROPERTIES))
         m_form->properties(properties);
-    if (has(_show_filter::VERBS)) {
+    if (opens(_show_filter::VERBS)) {
         const bool known = !schema.getCIMClass(group.ufct).empty();
         m_form->verbs(known ? schema.getVerbs_ufct(group.ufct) : std::vector<std::string>(),
                       has(_show_filter::OEM_VERBS));
     }
-    if (has(_show_filter::ASSOCIATIONS))
+    if (opens(_show_filter::ASSOCIATIONS))
         printAssociations(target);
-    if (has(_show_filter::TARGETS))
+    if (opens(_show_filter::TARGETS))
         m_form->targets(termsBelow(target));
     m_form->closeInstance();
 }
@@ -159,13 +167,15 @@ void COutputer::ShowTree::printAssociations(const Target& target) {
         const CimInstance instance = readInstance(path);
         if (!instance)
             continue;
-        association.ends = collectEnds(instance.get());
+        association.ends = collectEnds(instance.get(), target);
         m_form->association(association, target.ufip);
     }
     m_form->closeAssociations();
 }
 
-std::vector<ShownEnd> COutputer::ShowTree::collectEnds(CMPIInstance* association) {
+std::vector<ShownEnd> COutputer::ShowTree::collectEnds(CMPIInstance* association,
+                                                       const Target& target) {
+    const Addressed own = {target.object, target.ufip};
     std::vector<ShownEnd> ends;
     CimStatus status;
     const unsigned int count = association->ft->getPropertyCount(association, status.out());
@@ -179,7 +189,7 @@ std::vector<ShownEnd> COutputer::ShowTree::collectEnds(CMPIInstance* association
         if (!end.isReference)
             end.value = data.type & CMPI_ARRAY ? "" : shownText(data, nullptr, nullptr).value;
         else if (!isNullValue(data))
-            end.value = referredAddress(m_output.addresses(), data);
+            end.value = referredAddress(m_output.addresses(), data, own);
         if (!end.value.empty())
             ends.push_back(std::move(end));
     }

@@ -32,10 +32,12 @@ private:
     void collectPseudoProperties(const std::string& ufct, CMPIObjectPath* object,
                                  std::vector<ShownProperty>& properties);
     bool isNamed(const std::string& property) const;
-    std::vector<ShownEnd> collectEnds(CMPIInstance* association);
+    std::vector<ShownEnd> collectEnds(CMPIInstance* association, const Target& target);
     std::vector<std::string> termsBelow(const Target& target) const;
     CimInstance readInstance(CMPIObjectPath* object) const;
     bool has(_show_filter::Flag flag) const { return (m_filter.flags & flag) != 0; }
+    // Whether a section is printed. A request to stop ends the command before it begins.
+    bool opens(_show_filter::Flag section) const;
 
     COutputer& m_output;
     const CLPToken& m_line;

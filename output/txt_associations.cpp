@@ -17,8 +17,9 @@ namespace {
 // Prints the properties of one association instance; of a plain association the references only.
 class AssociationText {
 public:
-    AssociationText(const Writer& out, CLPAddrSVC& addresses, CMPIConstClass* cimclass)
-        : m_out(out), m_addresses(addresses), m_class(cimclass) {}
+    AssociationText(const Writer& out, CLPAddrSVC& addresses, const Addressed& own,
+                    CMPIConstClass* cimclass)
+        : m_out(out), m_addresses(addresses), m_own(own), m_class(cimclass) {}
 
     void print(CMPIInstance* instance, bool complete) const {
         CimStatus status;
@@ -40,7 +41,7 @@ private:
     void reference(const std::string& name, const CMPIData& data) const {
         if (isNullValue(data))
             return labelled(name, "NULL");
-        const std::string address = referredAddress(m_addresses, data);
+        const std::string address = referredAddress(m_addresses, data, m_own);
         if (!address.empty())
             labelled(name, address);
     }
@@ -63,6 +64,7 @@ private:
 
     const Writer& m_out;
     CLPAddrSVC& m_addresses;
+    Addressed m_own;
     CMPIConstClass* m_class;
 };
 
@@ -71,6 +73,7 @@ private:
 void COutputer::txt_show_associations(CMPIObjectPath* object, FilterResult* result,
                                       CLPCommand* command) {
     VELCLP_TRACE("CLP.COutputer.txt_show_associations");
+    command->checkpoint();
     Writer(*m_transport).line(TAB, T_ASSOCIATIONS);
     for (const std::string& association : result->association_classes) {
         if (association.empty())
@@ -114,7 +117,7 @@ void COutputer::txt_show_associations_internal(std::string association_class,
                                    ? class_of(nameSpaceOf(association_class), association_class)
                                    : nullptr;
     const Writer out(*m_transport);
-    const AssociationText text(out, addresses(), cimclass);
+    const AssociationText text(out, addresses(), {result->object, result->address}, cimclass);
     for (CMPIObjectPath* path : paths) {
         result->command->checkpoint();
         CimStatus status;
@@ -129,6 +132,7 @@ void COutputer::txt_show_associations_internal(std::string association_class,
 
 bool COutputer::CheckAssocFilter(CMPIObjectPath* object, CMPIObjectPath* association,
                                  CMPIObjectPath* reference) {
+    VELCLP_TRACE("CLP.COutputer.CheckAssocFilter");
     CimStatus status;
     const unsigned int count = association->ft->getKeyCount(association, status.out());
     Joins joins(object, reference);

@@ -79,7 +79,10 @@ bool COutputer::read_instance(CMPIObjectPath* object, FilterResult* result) {
 void COutputer::txt_show_target(FilterResult* result, CMPIObjectPath* object, CLPCommand* command) {
     VELCLP_TRACE("CLP.COutputer.txt_show_target");
     command->checkpoint();
-    txt_show_target_title(object);
+    result->object = object;
+    result->internal_address = addressOf(addresses(), object, false);
+    result->address = addresses().normalUfip(result->internal_address);
+    Writer(*m_transport).line(result->address);
     if (result->show_properties)
         txt_show_properties(object, result, command);
     if (result->show_associations)
@@ -88,6 +91,7 @@ void COutputer::txt_show_target(FilterResult* result, CMPIObjectPath* object, CL
         txt_show_subtargets(object, result, command);
     if (!result->show_verbs)
         return;
+    command->checkpoint();
     const Writer out(*m_transport);
     out.line(TAB, T_VERBS);
     for (const std::string& verb : result->verbs)
@@ -95,6 +99,7 @@ void COutputer::txt_show_target(FilterResult* result, CMPIObjectPath* object, CL
 }
 
 void COutputer::txt_show_target_title(CMPIObjectPath* object) {
+    VELCLP_TRACE("CLP.COutputer.txt_show_target_title");
     Writer(*m_transport).line(addressOf(addresses(), object));
 }
 
@@ -134,6 +139,7 @@ void COutputer::txt_show_properties(CMPIObjectPath* object, FilterResult* result
 
 void COutputer::txt_show_properties_interval(std::map<std::string, PropValue*>& properties,
                                              bool first) {
+    VELCLP_TRACE("CLP.COutputer.txt_show_properties_interval");
     const Writer out(*m_transport);
     if (first)
         out.line(TAB, T_PROPERTIES);
@@ -145,9 +151,12 @@ void COutputer::txt_show_properties_interval(std::map<std::string, PropValue*>& 
 void COutputer::txt_show_subtargets(CMPIObjectPath* object, FilterResult* result,
                                     CLPCommand* command) {
     VELCLP_TRACE("CLP.COutputer.txt_show_subtargets");
+    command->checkpoint();
     const Writer out(*m_transport);
     out.line(TAB, T_TARGETS);
-    const std::string parent = addressOf(addresses(), object, false);
+    const std::string parent = result->internal_address.empty()
+                                   ? addressOf(addresses(), object, false)
+                                   : result->internal_address;
     if (parent.empty())
         return;
     const std::vector<std::string>& dynamic = result->dynamic_ufcts;

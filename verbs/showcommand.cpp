@@ -158,7 +158,9 @@ void CLPShowCommand::txt_show(int level, std::vector<CMPIObjectPath*>& objects, 
 
 void CLPShowCommand::showBelow(int level, CMPIObjectPath* object, const FilterResult& result,
                                const std::vector<std::string>& children) {
-    const std::string parent = addressOf(addresses(), object, false);
+    const std::string parent = result.internal_address.empty()
+                                   ? addressOf(addresses(), object, false)
+                                   : result.internal_address;
     if (parent.empty())
         return;
     for (const std::string& ufct : children) {

@@ -94,6 +94,8 @@ struct FilterResult {
     CLPCommand* command = nullptr;
     std::string reference_text; // address of the other end of an association, or empty
     CMPIObjectPath* reference = nullptr;
+    std::string address;          // of the object, in user form; empty until it is printed
+    std::string internal_address; // the same in internal form
 };
 
 // Each frees the record and all that it owns; null is allowed.
