@@ -121,6 +121,7 @@ CMPIDateTime* CLPMisc::getProperty_DataTime(CMCIClient* cc, CMPIObjectPath* op,
 }
 
 CMPIType CLPMisc::getPropertyType(CMPIConstClass* _class, const std::string& name) {
+    VELCLP_TRACE("CLP.CLPMisc.getPropertyType");
     VELCLP_ASSERT(_class, "_class");
     CimStatus status;
     const CMPIData data = _class->ft->getProperty(_class, name.c_str(), status.out());
@@ -155,6 +156,7 @@ bool CLPMisc::equalPropertyValue(const CMPIData& data, const std::string& value,
 
 bool CLPMisc::checkSelectProperty(CMPIInstance* instance, const std::string& prop,
                                   const std::string& value) {
+    VELCLP_TRACE("CLP.CLPMisc.checkSelectProperty");
     VELCLP_ASSERT(instance, "instance");
     const CMPIData data = readProperty(instance, prop);
     return data.type == CMPI_string && hasValue(data) && data.value.string &&
@@ -162,6 +164,7 @@ bool CLPMisc::checkSelectProperty(CMPIInstance* instance, const std::string& pro
 }
 
 bool CLPMisc::checkProperty(CMPIConstClass* cl, const std::string& name) {
+    VELCLP_TRACE("CLP.CLPMisc.checkProperty");
     VELCLP_ASSERT(cl, "cl");
     CimStatus status;
     cl->ft->getProperty(cl, name.c_str(), status.out());
@@ -170,6 +173,7 @@ bool CLPMisc::checkProperty(CMPIConstClass* cl, const std::string& name) {
 
 bool CLPMisc::MapValue(const std::string& value, std::string& ret, CMPIArray* from, CMPIArray* to) {
     const char* const function = "CLP.CLPMisc.MapValue";
+    VELCLP_TRACE(function);
     if (!from || !to) {
         VELCLP_LOG_BRANCH(function, "Without array!");
         return false;
@@ -189,6 +193,7 @@ bool CLPMisc::MapValue(const std::string& value, std::string& ret, CMPIArray* fr
 }
 
 bool CLPMisc::checkPseudoProperty(const std::string& ufct, const std::string& name) {
+    VELCLP_TRACE("CLP.CLPMisc.checkPseudoProperty");
     const CLPSchema::Names& names = CLPSchema::getInstance()->getPseudoProperties(ufct);
     const std::string wanted = lowerString(name);
     return std::any_of(names.begin(), names.end(),

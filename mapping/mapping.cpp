@@ -209,6 +209,7 @@ JobError* CLPMapping::smOpRequestStateChange(CMPIObjectPath* path, CMPIArgs* arg
 }
 
 JobError* CLPMapping::smRequestStateChange(CMPIObjectPath* path, int state) {
+    VELCLP_TRACE("CLP.CLPMapping.smRequestStateChange");
     CimStatus status;
     const CimArgs args(native_new_CMPIArgs(status.out()));
     addArg(args.get(), "RequestedState", uint16Data(state));
@@ -216,15 +217,18 @@ JobError* CLPMapping::smRequestStateChange(CMPIObjectPath* path, int state) {
 }
 
 JobError* CLPMapping::smStartRSC(CMPIObjectPath* path) {
+    VELCLP_TRACE("CLP.CLPMapping.smStartRSC");
     return smRequestStateChange(path, Enabled);
 }
 
 JobError* CLPMapping::smStopRSC(CMPIObjectPath* path) {
+    VELCLP_TRACE("CLP.CLPMapping.smStopRSC");
     const bool redirected = strcasecmp(cimClassName(path).c_str(), "ZORM_USBRedirectionSAP") == 0;
     return smRequestStateChange(path, redirected ? Offline : Disabled);
 }
 
 JobError* CLPMapping::smResetRSC(CMPIObjectPath* path) {
+    VELCLP_TRACE("CLP.CLPMapping.smResetRSC");
     return smRequestStateChange(path, Reset);
 }
 
@@ -244,6 +248,7 @@ JobError* CLPMapping::smRequestPowerStateChange(CMPIObjectPath* pms, CMPIObjectP
 }
 
 JobError* CLPMapping::smProcessOpError(const CMPIStatus* status) {
+    VELCLP_TRACE("CLP.CLPMapping.smProcessOpError");
     VELCLP_ASSERT(!status || status->rc, "!status||status->rc");
     const int rc = status ? static_cast<int>(status->rc) : 0;
     if (rc < 1 || rc > lastCimStatus)
@@ -252,6 +257,7 @@ JobError* CLPMapping::smProcessOpError(const CMPIStatus* status) {
 }
 
 JobError* CLPMapping::smProcessRetError(const CMPIData& data) {
+    VELCLP_TRACE("CLP.CLPMapping.smProcessRetError");
     const int value = smExtractCMPIIntValue(data);
     switch (hasValue(data) ? value : -1) {
     case 0:

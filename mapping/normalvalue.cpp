@@ -129,6 +129,7 @@ bool normalArray(const std::string& text, CMPIType type, CMPIArray* values, CMPI
 
 bool CLPMisc::normalValue(const std::string& value, CMPIValue& out, const CMPIType& type,
                           CMPIArray* values, CMPIArray* valuesmap) {
+    VELCLP_TRACE("CLP.CLPMisc.normalValue");
     VELCLP_ASSERT(elementType(type) != 0, "type&~((1)<<13)");
     out = {};
     std::string ret = value;

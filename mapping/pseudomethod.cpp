@@ -296,25 +296,25 @@ JobError* CLPMapping::ELEMENTSETTINGDATA_PseudoMethod(const std::string& ufct, C
 JobError* CLPMapping::LOG_PseudoMethod(const std::string& ufct, CMPIObjectPath* path,
                                        const std::string& method, const TextPairs& /*props*/,
                                        CMPIArgs* /*outP*/) {
+    const char* const function = "CLP.CLPMapping.LOG_PseudoMethod";
+    VELCLP_TRACE(function);
     VELCLP_ASSERT(path, "path");
     VELCLP_ASSERT(ufct == "log", "ufct==\"log\"");
-    return clearLog(path, method);
+    return logFailure(function, clearLog(path, method));
 }
 
 JobError* CLPMapping::SPLOG_PseudoMethod(const std::string& ufct, CMPIObjectPath* path,
                                          const std::string& method, const TextPairs& /*props*/,
                                          CMPIArgs* /*outP*/) {
+    const char* const function = "CLP.CLPMapping.SPLOG_PseudoMethod";
+    VELCLP_TRACE(function);
     VELCLP_ASSERT(path, "path");
     VELCLP_ASSERT(ufct == "splog", "ufct==\"splog\"");
-    return clearLog(path, method);
+    return logFailure(function, clearLog(path, method));
 }
 
 JobError* CLPMapping::clearLog(CMPIObjectPath* path, const std::string& method) {
-    const char* const function = "CLP.CLPMapping.clearLog";
-    VELCLP_TRACE(function);
-    if (method != "clearlog")
-        return nullptr;
-    return logFailure(function, invoke(path, "ClearLog", newArgs().get(), nullptr));
+    return method == "clearlog" ? invoke(path, "ClearLog", newArgs().get(), nullptr) : nullptr;
 }
 
 } // namespace velmora_clp

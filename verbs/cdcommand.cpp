@@ -35,16 +35,26 @@ void CLPCdCommand::svc() {
         objects = CimPaths(addresses.getCIMObjectPath(path));
     }
     if (objects.empty())
-        return failNotFound(FUNCTION);
+        return failStaying();
     m_cdt = underRoot(path.getResultantAddress());
     CLPSession::getInstance()->setCurrentDefaultTarget(m_cdt);
     finish(FUNCTION);
 }
 
+void CLPCdCommand::failStaying() {
+    setJobError(JobError::Unavailable_Resource_Error, JobError::CIM_ERR_NOT_FOUND, JobError::S_Low);
+    setCommandStatus(CommandStatus::COMMAND_EXECUTION_FAILED);
+    VELCLP_LOG_FAILURE("CLP.CLPCdCommand.svc", "failed status=[%d]",
+                       static_cast<int>(m_error->getCimstatCode()));
+    display();
+}
+
 void CLPCdCommand::display() {
     constexpr char const* FUNCTION = "CLP.CLPCdCommand.display";
-    VELCLP_LOG_VALUE(FUNCTION, "cdt=[%s]", m_cdt.c_str());
-    _CLPStatus status = outcome(FUNCTION);
+    VELCLP_TRACE(FUNCTION);
+    VELCLP_LOG_VALUE(FUNCTION, "job=[%d],status=[%s],cdt=[%s]", m_jobId, m_status.getStatusTag(),
+                     m_cdt.c_str());
+    _CLPStatus status = {&m_status, m_error, m_jobId};
     m_output->cd_output(m_token, &status, &m_cdt);
 }
 

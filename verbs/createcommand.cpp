@@ -1,5 +1,6 @@
 #include "velclp/createcommand.h"
 
+#include "mapping/cimvalue.h"
 #include "velclp/addrsvc.h"
 #include "velclp/assertion.h"
 #include "velclp/clpstring.h"
@@ -41,13 +42,6 @@ long numberOf(const CLPAddrpath& address) {
 CLPAddrpath withPlainNumber(const CLPAddrpath& address, const std::string& ufct) {
     const std::string parent = parentOf(address.getTerms());
     return CLPAddrpath("/", parent + "/" + ufct + std::to_string(numberOf(address)));
-}
-
-void setProperty(CMPIInstance* instance, const std::string& name, CMPIData& data) {
-    CMPIValue* value = &data.value;
-    if (data.type == CMPI_chars)
-        value = reinterpret_cast<CMPIValue*>(CMGetCharPtr(data.value.string));
-    const CimStatus status(instance->ft->setProperty(instance, name.c_str(), value, data.type));
 }
 
 } // namespace
@@ -189,7 +183,9 @@ bool CLPCreateCommand::fillIn(CMPIInstance* instance, CMPIConstClass* definition
 }
 
 void CLPCreateCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPCreateCommand.display");
+    constexpr char const* function = "CLP.CLPCreateCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->create_output(m_token, &status, &m_address, m_object.get());
 }
 

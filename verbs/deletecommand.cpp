@@ -105,7 +105,9 @@ void CLPDeleteCommand::emptyContainer(CLPAddrSVC& addresses, CLPMapping& mapping
 }
 
 void CLPDeleteCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPDeleteCommand.display");
+    constexpr char const* function = "CLP.CLPDeleteCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->delete_output(m_token, &status, &m_addresses);
 }
 

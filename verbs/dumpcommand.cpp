@@ -14,7 +14,9 @@ void CLPDumpCommand::svc() {
 }
 
 void CLPDumpCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPDumpCommand.display");
+    constexpr char const* function = "CLP.CLPDumpCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->dump_output(m_token, &status);
 }
 

@@ -74,6 +74,7 @@ bool CLPHelpCommand::describeTarget(CLPAddrSVC& addresses, const std::string& ta
 
 void CLPHelpCommand::display() {
     constexpr char const* FUNCTION = "CLP.CLPHelpCommand.display";
+    VELCLP_TRACE(FUNCTION);
     if (m_kind == TOPIC || m_kind == DEFAULT_TOPIC) {
         CLP_Man_GetTopic(m_kind == TOPIC ? line()._Target : "default", m_text);
         if (m_text.empty())
@@ -84,8 +85,9 @@ void CLPHelpCommand::display() {
         CLP_Man_GetTopic("default", topic);
         m_text = COULD_NOT_RECOGNIZE + ("\"" + line()._Target + "\"") + "\n" + topic;
     }
-    VELCLP_LOG_VALUE(FUNCTION, "text=[%s]", m_text.c_str());
-    _CLPStatus status = outcome(FUNCTION);
+    VELCLP_LOG_VALUE(FUNCTION, "job=[%d],status=[%s],text=[%s]", m_jobId, m_status.getStatusTag(),
+                     m_text.c_str());
+    _CLPStatus status = {&m_status, m_error, m_jobId};
     m_output->help_output(m_token, &status, m_text);
 }
 

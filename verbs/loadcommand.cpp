@@ -47,7 +47,9 @@ void CLPLoadCommand::svc() {
 }
 
 void CLPLoadCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPLoadCommand.display");
+    constexpr char const* function = "CLP.CLPLoadCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->load_output(m_token, &status);
 }
 

@@ -1,6 +1,7 @@
 #include "velclp/resetcommand.h"
 
 #include "velclp/coutputer.h"
+#include "velclp/log.h"
 
 namespace velmora_clp {
 
@@ -11,7 +12,9 @@ void CLPResetCommand::svc() {
 }
 
 void CLPResetCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPResetCommand.display");
+    constexpr char const* function = "CLP.CLPResetCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->reset_output(m_token, &status, &m_address);
 }
 

@@ -78,11 +78,14 @@ JobError* CLPSetCommand::write(CLPAddrSVC& addresses, CLPMapping& mapping, CMPIO
 }
 
 void CLPSetCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPSetCommand.display");
+    constexpr char const* function = "CLP.CLPSetCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->set_output(m_token, &status, &m_address, m_object.get());
 }
 
 void CLPSetCommand::setAssocProperty() {
+    VELCLP_TRACE("CLP.CLPSetCommand.setAssocProperty");
     CLPMapping mapping(m_client, m_transport);
     takeError(mapping.smCheckCommand(line()._AssocClass, "set"));
     if (m_error)

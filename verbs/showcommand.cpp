@@ -76,13 +76,16 @@ void CLPShowCommand::primeDynamicClass(const CLPAddrpath& address) {
 }
 
 void CLPShowCommand::display() {
+    constexpr char const* function = "CLP.CLPShowCommand.display";
+    VELCLP_TRACE(function);
     if (stopRequested())
         return;
-    _CLPStatus status = outcome("CLP.CLPShowCommand.display");
+    _CLPStatus status = outcome(function);
     m_output->show_output(m_token, &status, m_response, this);
 }
 
 bool CLPShowCommand::requireTxtShow(const boost::shared_ptr<CLPToken>& token) {
+    VELCLP_TRACE("CLP.CLPShowCommand.requireTxtShow");
     if (COutputer::output_format(token) != COutputer::TEXT_FORM)
         return false;
     return token->getPropertyNames(CLPToken::FILTER_PROPERTY).empty() || !hasPaging(*token);
@@ -90,6 +93,7 @@ bool CLPShowCommand::requireTxtShow(const boost::shared_ptr<CLPToken>& token) {
 
 std::vector<CMPIObjectPath*>
 CLPShowCommand::handleOutputObjectPath(std::vector<CMPIObjectPath*> objects) {
+    VELCLP_TRACE("CLP.CLPShowCommand.handleOutputObjectPath");
     if (!hasPaging(line()))
         return objects;
     const Page page = textPage(line(), static_cast<long>(objects.size()));

@@ -1,6 +1,7 @@
 #include "velclp/startcommand.h"
 
 #include "velclp/coutputer.h"
+#include "velclp/log.h"
 
 namespace velmora_clp {
 
@@ -11,7 +12,9 @@ void CLPStartCommand::svc() {
 }
 
 void CLPStartCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPStartCommand.display");
+    constexpr char const* function = "CLP.CLPStartCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->start_output(m_token, &status, &m_address);
 }
 

@@ -101,7 +101,8 @@ JobError* StateCommand::invoke(CLPMapping& mapping, CMPIObjectPath* object,
     const CimClass definition = readClass(object, status);
     if (!definition)
         return mapping.smProcessOpError(status.ok() ? nullptr : status.get());
-    VELCLP_LOG_VALUE("CLP.StateCommand.invoke", "params=[%s]", parameters.c_str());
+    if (!parameters.empty())
+        VELCLP_LOG_VALUE("CLP.StateCommand.invoke", "params=[%s]", parameters.c_str());
     Parameters list(definition.get(), change == STOP);
     for (const std::string& entry : splitString(parameters, ",", false))
         list.add(entry);

@@ -1,6 +1,7 @@
 #include "velclp/stopcommand.h"
 
 #include "velclp/coutputer.h"
+#include "velclp/log.h"
 
 namespace velmora_clp {
 
@@ -11,7 +12,9 @@ void CLPStopCommand::svc() {
 }
 
 void CLPStopCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPStopCommand.display");
+    constexpr char const* function = "CLP.CLPStopCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->stop_output(m_token, &status, &m_address);
 }
 

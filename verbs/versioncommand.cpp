@@ -15,7 +15,9 @@ void CLPVersionCommand::svc() {
 }
 
 void CLPVersionCommand::display() {
-    _CLPStatus status = outcome("CLP.CLPVersionCommand.display");
+    constexpr char const* function = "CLP.CLPVersionCommand.display";
+    VELCLP_TRACE(function);
+    _CLPStatus status = outcome(function);
     m_output->version_output(m_token, &status, &m_clp_version, &m_addressing_version);
 }
 

@@ -15,6 +15,10 @@ public:
 
     void svc() override;
     void display() override;
+
+private:
+    // The answer to a target that names nothing: the default target stays as it is.
+    void failStaying();
 };
 
 } // namespace velmora_clp
