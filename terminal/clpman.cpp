@@ -1,6 +1,7 @@
 #include "velclp/clpman.h"
 
 #include "config/aim_config.h"
+#include "velclp/log.h"
 #include "velclp/stdstream.h"
 #include "velclp/transport.h"
 
@@ -16,6 +17,7 @@ char ser_str_console_command[256];
 namespace {
 
 const int NO_TOPIC_FILE = 2;
+constexpr char const* SERIAL_FUNCTION = "CLP.initForSerial";
 const char* (*s_ttyName)(int) = nullptr;
 
 // The one or two names of a topic head; none when the line is no head.
@@ -68,14 +70,20 @@ bool onSerialLine() {
     return name != nullptr && std::strstr(name, "ttyS") != nullptr;
 }
 
+// The operator is told, and so is the log.
+void report(const char* text) {
+    VELCLP_LOG_FAILURE(SERIAL_FUNCTION, "%s", text);
+    std::puts(text);
+}
+
 bool consoleEnabled() {
     bool enable = false;
     if (!aim_config_get_bool("ser_bool_console_enable", &enable)) {
-        std::puts("Get serial console enable configruation failed");
+        report("Get serial console enable configruation failed");
         return false;
     }
     if (!enable)
-        std::puts("serial console is disabled");
+        report("serial console is disabled");
     return enable;
 }
 
@@ -89,19 +97,25 @@ void setIdleTimeout(int seconds) {
 } // namespace
 
 int CLP_Man_Init(std::string path) {
-    if (access(path.c_str(), F_OK) != 0)
+    constexpr char const* FUNCTION = "CLP.CLP_Man_Init";
+    VELCLP_TRACE(FUNCTION);
+    if (access(path.c_str(), F_OK) != 0) {
+        VELCLP_LOG_FAILURE(FUNCTION, "no topic file=[%s]", path.c_str());
         return NO_TOPIC_FILE;
+    }
     CLP_Man_Fini();
     ManFile = new std::ifstream(path);
     return 0;
 }
 
 void CLP_Man_Fini() {
+    VELCLP_TRACE("CLP.CLP_Man_Fini");
     delete ManFile;
     ManFile = nullptr;
 }
 
 void CLP_Man_GetTopic(std::string topic, std::string& text) {
+    VELCLP_TRACE("CLP.CLP_Man_GetTopic");
     if (ManFile == nullptr)
         return;
     text.clear();
@@ -118,18 +132,20 @@ void setTtyNameFunc(const char* (*name)(int)) {
 }
 
 int initForSerial() {
+    VELCLP_TRACE(SERIAL_FUNCTION);
     int timeout = -1;
-    ser_str_console_command[0] = '\0';
+    std::memset(ser_str_console_command, 0, sizeof ser_str_console_command);
     if (!onSerialLine())
         return 0;
     if (!aim_init_nocallback("SMCLP", 0x20000050, 2)) {
-        std::puts("Initialzation of AIM failed");
+        report("Initialzation of AIM failed");
         return 0;
     }
     if (!consoleEnabled())
         return -1;
     if (!aim_config_get_int("ser_int_console_timeout", &timeout))
-        std::puts("Get timeout failed, setting to default as no timeout");
+        report("Get timeout failed, setting to default as no timeout");
+    VELCLP_LOG_VALUE(SERIAL_FUNCTION, "timeout=[%d]", timeout);
     setIdleTimeout(timeout);
     return 0;
 }

@@ -3,6 +3,7 @@
 #include "terminal/keys.h"
 #include "terminal/screen.h"
 #include "velclp/historybuf.h"
+#include "velclp/log.h"
 #include "velclp/stdstream.h"
 #include "velclp/transutil.h"
 
@@ -55,6 +56,7 @@ void LineEdit::send(const std::string& bytes) {
 }
 
 void LineEdit::Prompt(const std::string& text) {
+    VELCLP_TRACE("CLP.LineEdit.Prompt");
     m_prompt = text;
     std::string out;
     for (const std::string& piece : screen::pieces(text, m_width)) {
@@ -65,6 +67,7 @@ void LineEdit::Prompt(const std::string& text) {
 }
 
 int LineEdit::getLine(void* buf, int size, bool echo, void** continuation) {
+    VELCLP_TRACE("CLP.LineEdit.getLine");
     m_line.assign(std::string());
     m_echo = echo;
     if (!m_continuation)
@@ -245,6 +248,7 @@ void LineEdit::newRow() {
 }
 
 void LineEdit::write_history_cmd(const std::string& text) {
+    VELCLP_TRACE("CLP.LineEdit.write_history_cmd");
     if (text.empty())
         return;
     if (continued()) {
@@ -289,6 +293,7 @@ void LineEdit::listCompletions(const std::vector<std::string>& words) {
 }
 
 void LineEdit::process_tab() {
+    VELCLP_TRACE("CLP.LineEdit.process_tab");
     if (!m_echo || !helpFunc)
         return;
     const std::string line = (continued() ? *m_continuation : "") + m_line.text();

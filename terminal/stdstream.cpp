@@ -2,6 +2,7 @@
 
 #include "velclp/historybuf.h"
 #include "velclp/lineedit.h"
+#include "velclp/log.h"
 
 #include <sys/ioctl.h>
 #include <sys/select.h>
@@ -23,6 +24,7 @@ int stdStream::s_wakeupFd = -1;
 int (*stdStream::s_wakeup)() = nullptr;
 
 stdStream::stdStream() : m_history(nullptr), m_saved(), m_fd(0), m_tty(false) {
+    VELCLP_TRACE("CLP.stdStream.stdStream");
     m_tty = isatty(m_fd) != 0 && tcgetattr(m_fd, &m_saved) == 0;
     RawTTY();
 }
@@ -94,13 +96,20 @@ int stdStream::wait() {
 }
 
 int stdStream::read(void* buf, int n) {
+    constexpr char const* FUNCTION = "CLP.stdStream.read";
     for (;;) {
         const int result = wait();
-        if (result < 0)
+        if (result < 0) {
+            VELCLP_LOG_BRANCH(FUNCTION, "wait=[%d]", result);
             return result;
+        }
         const ssize_t count = ::read(m_fd, buf, static_cast<std::size_t>(std::max(n, 0)));
-        if (count >= 0 || (errno != EINTR && errno != EAGAIN))
+        if (count >= 0)
             return static_cast<int>(count);
+        if (errno != EINTR && errno != EAGAIN) {
+            VELCLP_LOG_FAILURE(FUNCTION, "read failed, errno=[%d]", errno);
+            return FAILED;
+        }
     }
 }
 
@@ -136,6 +145,7 @@ int stdStream::WindowSize(int& columns, int& rows) {
 }
 
 int stdStream::getLine(void* buf, int size, bool echo) {
+    VELCLP_TRACE("CLP.stdStream.getLine");
     char* const text = static_cast<char*>(buf);
     int total = 0;
     for (;;) {
@@ -167,5 +177,6 @@ int stdStream::getLine(void* buf, int size, bool echo) {
 }
 
 void stdStream::Prompt(const std::string& text) {
+    VELCLP_TRACE("CLP.stdStream.Prompt");
     LineEdit(this).Prompt(text);
 }

@@ -29,8 +29,8 @@ public:
     void move(int n) { m_cursor += reach(n); }
 
 private:
-    std::string m_text;
     int m_cursor = 0;
+    std::string m_text;
 };
 
 #endif

@@ -109,6 +109,27 @@ TEST_F(Editor, WrapsAtTheEdgeAndKeepsTheCursorWhereTheTextIs) {
     EXPECT_FALSE(stream->screen.confused());
 }
 
+TEST_F(Editor, SendsRowsBeforeColumnsAndEndsAClearingWithANullByte) {
+    const std::string clear("\033[J", 4);
+    type("ab\177");
+    EXPECT_EQ(stream->written, "-> ab\033[1D" + clear);
+    type("ab" + LEFT + LEFT + DEL);
+    EXPECT_EQ(stream->written, "-> ab\033[1D\033[1D" + clear + "b\033[1D");
+    type("show /admin1/syst" + LEFT + RIGHT);
+    EXPECT_EQ(stream->written, "-> show /admin1/syst\n\033[1A\033[19C\033[1B\033[19D");
+}
+
+TEST_F(Editor, APromptThatIsWiderThanTheWindowTakesSeveralRows) {
+    prompt = "controller> ";
+    EXPECT_EQ(type("show" + LEFT + LEFT + "x", 5), "shxow");
+    EXPECT_EQ(rows(), (Rows{"contr", "oller", "> shx", "ow"}));
+    EXPECT_EQ(LineEdit::m_begin, -2);
+    prompt = "-->> ";
+    EXPECT_EQ(type("show" + LEFT + "\177", 5), "shw");
+    EXPECT_EQ(rows(), (Rows{"-->>", "shw"}));
+    EXPECT_FALSE(stream->screen.confused());
+}
+
 TEST_F(Editor, BackspaceAndDeleteFollowTheTerminalsName) {
     struct {
         const char* terminal;

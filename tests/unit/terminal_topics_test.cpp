@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <pty.h>
 #include <unistd.h>
 
@@ -93,10 +95,11 @@ protected:
 };
 
 TEST_F(SerialConsole, TakesItsTimeoutFromTheConfiguration) {
-    ser_str_console_command[0] = 'x';
+    std::fill(std::begin(ser_str_console_command), std::end(ser_str_console_command), 'x');
     EXPECT_EQ(init("ser_bool_console_enable=true\nser_int_console_timeout=300\n", 0), "");
     EXPECT_EQ(timeout(), 300);
-    EXPECT_EQ(ser_str_console_command[0], '\0');
+    EXPECT_EQ(std::string(sizeof ser_str_console_command, '\0'),
+              std::string(ser_str_console_command, sizeof ser_str_console_command));
 }
 
 TEST_F(SerialConsole, IsNotUsedWhenItIsDisabledOrNobodySaysThatItIsNot) {
