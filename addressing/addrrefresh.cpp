@@ -256,9 +256,10 @@ void CLPAddrSVC::refreshCacheUfct(const std::string& p_ufip, CMPIObjectPath* par
     level.property = property;
     if (type == "nature")
         openCounter(level.key);
-    if (root)
-        level.rootNs =
-            schema.getNS(level.cimclass).empty() ? defaultNs : schema.getNS(level.cimclass);
+    if (root) {
+        const std::string& ns = schema.getNS(level.cimclass);
+        level.rootNs = ns.empty() ? defaultNs : ns;
+    }
     const int nextRow = getNextSeq(rowCounter);
     level.firstYoungRow = nextRow > 0 ? nextRow : std::numeric_limits<int>::max();
 

@@ -195,7 +195,7 @@ std::vector<std::string> CLPCore::parser_help(const std::vector<std::string>& te
     if (!parseTarget(addrsvc, CDT(), terms[0], address) || !addrsvc.hasTarget(address))
         return {};
     const CLPSchema* schema = CLPSchema::getInstance();
-    const std::string cimclass = schema->getCIMClass(lastTag(address));
+    const std::string& cimclass = schema->getCIMClass(lastTag(address));
     VELCLP_ASSERT(!cimclass.empty(), "!cimclass.empty()");
     if (n == 3 && address.getType() == 0 && !schema->getCIMClass(terms[1]).empty() &&
         !owned(addrsvc.getCIMObjectPath_Assoc(address.getResultantAddress(), terms[1], "")).empty())

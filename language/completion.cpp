@@ -88,6 +88,7 @@ public:
 } // namespace
 
 void tab_parser(const std::string& word) {
+    VELCLP_TRACE("CLP.CLPParser.tab_parser");
     const std::string& verb = y_token->_Verb;
     const ProcessingError::error code = y_pe->getErrorCode();
     if (verb.empty()) {

@@ -4,6 +4,7 @@
 
 #include "velclp/assertion.h"
 #include "velclp/clpstring.h"
+#include "velclp/log.h"
 
 using velmora_clp::splitString;
 
@@ -22,6 +23,7 @@ std::string numbered(const std::string& value) {
 } // namespace
 
 void normalProperty(std::vector<std::pair<std::string, std::string>>& list) {
+    VELCLP_TRACE("CLP.normalProperty");
     std::vector<std::pair<std::string, std::string>> normal;
     for (const auto& property : list) {
         const auto path = splitString(property.first, ":");

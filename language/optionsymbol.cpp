@@ -6,6 +6,7 @@
 #include "language/syntax.h"
 #include "velclp/assertion.h"
 #include "velclp/clpstring.h"
+#include "velclp/log.h"
 
 namespace {
 
@@ -94,6 +95,7 @@ bool isNamed(const std::vector<std::string>& names, const char* word) {
 } // namespace
 
 short lookupOptionSymbol(short verb, const char* option, std::string& name) {
+    VELCLP_TRACE("CLP.lookupOptionSymbol");
     VELCLP_ASSERT(option != nullptr, "option!=__null");
     short token = TK_OPT_INVALID;
     for (const Option& row : OPTIONS) {
@@ -112,6 +114,7 @@ short lookupOptionSymbol(short verb, const char* option, std::string& name) {
 }
 
 std::vector<std::string> getSupportedOptions(short verb) {
+    VELCLP_TRACE("CLP.getSupportedOptions");
     const int vindex = verbIndex(verb);
     std::vector<std::string> result;
     for (const short* token = legal_verb_options[vindex]; *token != END; ++token) {

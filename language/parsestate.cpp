@@ -271,6 +271,7 @@ void setTopics() {
 using namespace velmora_clp;
 
 int call_214(const std::string& line) {
+    VELCLP_TRACE("CLP.CLPParser.call_214");
     if (line.empty())
         return 0;
     resetLine();
@@ -286,8 +287,10 @@ int call_214(const std::string& line) {
 }
 
 int yyerror(char* msg) {
+    const char* const function = "CLP.CLPParser.yyerror";
+    VELCLP_TRACE(function);
     VELCLP_ASSERT(msg != nullptr, "msg!=__null");
-    VELCLP_LOG_BRANCH("CLP.CLPParser.yyerror", "%s", msg);
+    VELCLP_LOG_BRANCH(function, "%s", msg);
     flex_init();
     refuse(inArgumentList ? ProcessingError::INVALID_ARGUMENT
                           : ProcessingError::COMMAND_SYNTAX_ERROR);

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "velclp/assertion.h"
+#include "velclp/log.h"
 
 namespace {
 
@@ -14,6 +15,7 @@ constexpr const char* RESERVED[] = {" ", "\t", "\n", "\r", "\\",      ",", "-", 
 } // namespace
 
 bool lookupReservedSymbol(const char* ele) {
+    VELCLP_TRACE("CLP.lookupReservedSymbol");
     VELCLP_ASSERT(ele != nullptr, "ele!=__null");
     return std::any_of(std::begin(RESERVED), std::end(RESERVED),
                        [ele](const char* reserved) { return std::strstr(ele, reserved); });

@@ -3,6 +3,7 @@
 #include "language/syntax.h"
 #include "velclp/assertion.h"
 #include "velclp/clpstring.h"
+#include "velclp/log.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ constexpr Verb VERBS[] = {
 } // namespace
 
 short lookupVerbSymbol(const char* ele) {
+    VELCLP_TRACE("CLP.lookupVerbSymbol");
     VELCLP_ASSERT(ele != nullptr, "ele!=__null");
     for (const Verb& verb : VERBS)
         if (velmora_clp::strcmp_nocase(verb.name, ele) == 0)
@@ -30,6 +32,7 @@ short lookupVerbSymbol(const char* ele) {
 }
 
 std::vector<std::string> getSupportedVerbs() {
+    VELCLP_TRACE("CLP.getSupportedVerbs");
     std::vector<std::string> names;
     for (const Verb& verb : VERBS)
         names.emplace_back(verb.name);

@@ -143,8 +143,9 @@ void COutputer::ShowTree::printSections(const TargetGroup& group, const Target& 
     if (opens(_show_filter::PROPERTIES))
         m_form->properties(properties);
     if (opens(_show_filter::VERBS)) {
+        static const CLPSchema::Names none;
         const bool known = !schema.getCIMClass(group.ufct).empty();
-        m_form->verbs(known ? schema.getVerbs_ufct(group.ufct) : std::vector<std::string>(),
+        m_form->verbs(known ? schema.getVerbs_ufct(group.ufct) : none,
                       has(_show_filter::OEM_VERBS));
     }
     if (opens(_show_filter::ASSOCIATIONS))

@@ -99,11 +99,13 @@ CLPSchema::CLPSchema() {
 CLPSchema::~CLPSchema() = default;
 
 void CLPSchema::initClass(std::ifstream& config, const char* buf) {
+    const char* const function = "CLP.CLPSchema.initClass";
+    VELCLP_TRACE(function);
     VELCLP_ASSERT(config.good() && buf, "config.good()&&buf");
     VELCLP_ASSERT(buf[0] == '[' && buf[std::strlen(buf) - 1] == ']',
                   "buf[0]=='['&&buf[strlen(buf)-1]==']'");
     const std::string key = lowerString(std::string(buf + 1, std::strlen(buf) - 2));
-    VELCLP_LOG_BRANCH("CLP.CLPSchema.initClass", "class=[%s]", key.c_str());
+    VELCLP_LOG_VALUE(function, "class=[%s]", key.c_str());
     auto tree = std::make_unique<Tree>();
     for (std::string line = lowerString(readInside(config)); line != "[end]";
          line = lowerString(readInside(config))) {
@@ -118,6 +120,7 @@ void CLPSchema::initClass(std::ifstream& config, const char* buf) {
 }
 
 void CLPSchema::addClassElement(const std::string& line, const std::string& key, Tree* _class) {
+    VELCLP_TRACE("CLP.CLPSchema.addClassElement");
     VELCLP_ASSERT(_class && !line.empty(), "_class&&!line.empty()");
     const Element element = splitElement(line);
     if (element.name == "alias") {
@@ -134,6 +137,7 @@ void CLPSchema::addClassElement(const std::string& line, const std::string& key,
 
 void CLPSchema::addClassUfct(std::ifstream& config, const std::string& key, const std::string& line,
                              Tree* _class) {
+    VELCLP_TRACE("CLP.CLPSchema.addClassUfct");
     VELCLP_ASSERT(_class && !key.empty() && !line.empty(), "_class&&!key.empty()&&!line.empty()");
     const std::string ufct = tagOfHead(line);
     VELCLP_ASSERT(m_ufctIndex.find(ufct) == m_ufctIndex.end(),
@@ -155,6 +159,7 @@ void CLPSchema::addClassUfct(std::ifstream& config, const std::string& key, cons
 }
 
 void CLPSchema::addUfctElement(const std::string& line, const std::string& ufct, Tree* _class) {
+    VELCLP_TRACE("CLP.CLPSchema.addUfctElement");
     VELCLP_ASSERT(_class && !line.empty() && !ufct.empty(), "_class&&!line.empty()&&!ufct.empty()");
     const Element element = splitElement(line);
     std::vector<std::string> path{"ufct", ufct};

@@ -30,15 +30,19 @@ const CLPSchema::ClassInfo& CLPSchema::knownClass(const std::string& cimclass) c
 }
 
 // A tag in other letters than the file's finds its class, but nothing that is said of it.
-const CLPSchema::TagInfo& CLPSchema::tagOrDefault(const std::string& ufct) const {
+const CLPSchema::TagInfo& CLPSchema::declared(const TagInfo* info, const std::string& ufct) {
     static const TagInfo none;
-    const TagInfo* info = find(m_tags, ufct);
     return info && info->tag == ufct ? *info : none;
 }
 
+const CLPSchema::TagInfo& CLPSchema::tagOrDefault(const std::string& ufct) const {
+    return declared(find(m_tags, ufct), ufct);
+}
+
 const CLPSchema::TagInfo& CLPSchema::knownTag(const std::string& ufct) const {
-    VELCLP_ASSERT(m_tags.find(ufct) != m_tags.end(), "p!=m_classTree.end()");
-    return tagOrDefault(ufct);
+    const TagInfo* p = find(m_tags, ufct);
+    VELCLP_ASSERT(p != nullptr, "p!=m_classTree.end()");
+    return declared(p, ufct);
 }
 
 const std::string& CLPSchema::getCIMClass(const std::string& ufct) const {

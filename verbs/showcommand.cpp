@@ -65,7 +65,7 @@ std::vector<CMPIObjectPath*> CLPShowCommand::findObjects(CLPAddrpath& address) {
 void CLPShowCommand::primeDynamicClass(const CLPAddrpath& address) {
     const CLPSchema& schema = *CLPSchema::getInstance();
     const std::string ufct = tagOf(address);
-    const std::string cimclass = schema.getCIMClass(ufct);
+    const std::string& cimclass = schema.getCIMClass(ufct);
     if (cimclass.empty() || schema.getType(cimclass) != "dynamic")
         return;
     const std::string up = address.getType() == 0 ? "/.." : "";

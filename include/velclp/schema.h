@@ -132,6 +132,7 @@ private:
     const ClassInfo* findClass(const std::string& cimclass) const;
     const ClassInfo& knownClass(const std::string& cimclass) const;
     const ClassInfo& classOrDefault(const std::string& cimclass) const;
+    static const TagInfo& declared(const TagInfo* info, const std::string& ufct);
     const TagInfo& tagOrDefault(const std::string& ufct) const;
     const TagInfo& knownTag(const std::string& ufct) const;
 

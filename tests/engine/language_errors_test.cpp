@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <map>
 
@@ -171,48 +170,62 @@ TEST_F(LanguageErrors, IncludeAVerbThatTheLoginMayNotUse) {
     EXPECT_EQ(answer(input, "1"), expected + "CLP Session terminated\n");
 }
 
-// What a line with this option needs to be complete.
-std::string completed(const std::string& verb, const std::string& option) {
+// A line with the option in this form, complete with what the verb and the option need; "-help"
+// keeps a verb from acting.
+std::string completed(const std::string& verb, const std::string& option, const std::string& form) {
     static const std::map<std::string, std::string> arguments{{"-keep", " 5"},
                                                               {"-level", " 2"},
                                                               {"-display", " all"},
                                                               {"-source", " http://h/f"},
                                                               {"-destination", " http://h/f"}};
     const auto argument = arguments.find(option);
-    return verb + " -output format=keyword " + (option == "-help" ? "" : "-help ") + option +
+    return verb + " -output format=" + form + (option == "-help" ? " " : " -help ") + option +
            (argument == arguments.end() ? "" : argument->second) + (verb == "set" ? " name=x" : "");
 }
 
-TEST_F(LanguageErrors, AnswerEveryOptionThatAVerbDoesNotTake) {
+// The code that follows a response's mark for it; 0 without one.
+int errorIn(const std::string& response, const std::string& mark) {
+    const std::size_t at = response.find(mark);
+    return at == std::string::npos ? 0 : std::atoi(response.c_str() + at + mark.size());
+}
+
+class OptionMatrix : public LanguageErrors,
+                     public testing::WithParamInterface<std::pair<const char*, const char*>> {};
+
+TEST_P(OptionMatrix, IsAnsweredInWhole) {
+    const auto [form, mark] = GetParam();
     const std::vector<std::string> options{"-all",    "-destination", "-display", "-examine",
                                            "-force",  "-help",        "-keep",    "-level",
                                            "-source", "-version",     "-wait"};
-    std::vector<std::pair<std::string, bool>> lines; // with whether it is accepted
+    std::vector<std::pair<std::string, int>> lines; // with the code of its error
     std::string input;
     for (const std::string& verb : getSupportedVerbs()) {
-        if (verb == "help") // never refuses a line
-            continue;
-        const auto taken = getSupportedOptions(lookupVerbSymbol(verb.c_str()));
         for (const std::string& option : options) {
-            lines.emplace_back(completed(verb, option),
-                               std::find(taken.begin(), taken.end(), option) != taken.end());
-            input += lines.back().first + "\n";
+            std::string name;
+            const short token =
+                lookupOptionSymbol(lookupVerbSymbol(verb.c_str()), option.c_str(), name);
+            // Help never refuses a line.
+            const int code = verb == "help" ? 0 : token == 295 ? 251 : token == 296 ? 247 : 0;
+            lines.emplace_back(completed(verb, option, form), code);
+            input += lines.back().first + "\nversion -output format=keyword\n";
         }
     }
     std::string rest = answer(input);
-    for (const auto& [line, accepted] : lines) {
-        const std::size_t end = rest.find("endoutput\r\n");
+    const std::string nextLine = "commandline=version -output format=keyword\r\n";
+    const std::string nextEnd = "endoutput\r\n";
+    for (const auto& [line, code] : lines) {
+        const std::size_t end = rest.find(nextLine);
         ASSERT_NE(end, std::string::npos) << line;
         const std::string response = rest.substr(0, end);
-        rest.erase(0, end + std::string("endoutput\r\n").size());
-        if (accepted)
-            EXPECT_NE(response.find("\r\nhelp="), std::string::npos) << line << "\n" << response;
-        else
-            EXPECT_TRUE(response.find("\r\nerror=251\r\n") != std::string::npos ||
-                        response.find("\r\nerror=247\r\n") != std::string::npos)
-                << line << "\n"
-                << response;
+        rest.erase(0, rest.find(nextEnd, end) + nextEnd.size());
+        EXPECT_NE(response, "") << line;
+        EXPECT_EQ(errorIn(response, mark), code) << line << "\n" << response;
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(InEveryForm, OptionMatrix,
+                         testing::Values(std::make_pair("text", "error        : "),
+                                         std::make_pair("keyword", "\r\nerror="),
+                                         std::make_pair("clpxml", "<error>")));
 
 } // namespace

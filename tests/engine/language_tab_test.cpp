@@ -85,6 +85,10 @@ TEST_F(TabKey, OffersAssociationsOfATargetAndTheTargetsBehindThem) {
     EXPECT_EQ(tab("show SESSION=>"), Words{"hostedaccesspoint"});
     EXPECT_EQ(tab("show /admin9=>"), Words{});
     core->run("show /admin1");
+    const std::string walked = simulator->get("/sim/stats");
+    EXPECT_EQ(tab("show system1=>sys"), (Words{"systemcomponent", "systemsp", "systemdevice"}));
+    EXPECT_EQ(tab("show system*=>use"), Words{"useoflog"});
+    EXPECT_EQ(simulator->get("/sim/stats"), walked);
     EXPECT_EQ(sorted("show /admin1=>systemcomponent=>sys"), (Words{"system1", "system2"}));
     EXPECT_EQ(tab("show /admin1=>systemcomponent=>/"), Words{"admin1"});
     EXPECT_EQ(tab("show /admin1=>nosuch=>sys"), Words{});

@@ -2,7 +2,9 @@
 
 #include <stdexcept>
 
+#include "log/osalog.h"
 #include "parsed_line.h"
+#include "tests/support/run_directory.h"
 #include "velclp/parser.h"
 
 namespace {
@@ -97,10 +99,15 @@ TEST(Completion, AsksTheEngineForPropertiesBehindATarget) {
 TEST(Completion, NeverEndsTheSession) {
     EXPECT_EQ(complete("show a1=>b=>c1=>d1"), Words{});
     EXPECT_EQ(asked.count, 0);
+    const RunDirectory directory;
+    ASSERT_TRUE(osalog_set_file(directory.file("log")));
     engineFails = true;
     EXPECT_EQ(complete("show /"), Words{});
     EXPECT_EQ(asked.count, 1);
     engineFails = false;
+    osalog_set_file("");
+    EXPECT_NE(directory.read("log").find("unknown error! in clp_parser::tabContinue!"),
+              std::string::npos);
     EXPECT_EQ(complete("show /"), answer);
 }
 

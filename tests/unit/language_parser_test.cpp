@@ -300,6 +300,14 @@ TEST(ParsedCommand, EndsTheProcessForWhatItsCallersMustNotAsk) {
     velmora_clp::ProcessingError pe;
     EXPECT_DEATH(velmora_clp::CLPParser().parse("", &token, &pe),
                  "!line.empty\\(\\)&&token!=__null&&pe!=__null");
+    token._Options.addNode({"option"});
+    velmora_clp::CLPParser().parse("version", &token, &pe);
+    EXPECT_DEATH(velmora_clp::CLPParser().parse("version", &token, &pe),
+                 "y_token->_Verb.empty\\(\\)");
+    token._Verb.clear();
+    token._Target = "/a1";
+    EXPECT_DEATH(velmora_clp::CLPParser().parse("cd /a1", &token, &pe),
+                 "y_token->_Target.empty\\(\\)");
 }
 
 TEST(ParsedCommand, FindsPropertiesByTheirExactName) {

@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <map>
 
 #include "language/scanner.h"
 #include "language/syntax.h"
+
+void yyset_out(std::FILE* out);
 
 namespace {
 
@@ -248,6 +251,7 @@ TEST(Scanner, RefusesTokensThatAreTooLongForTheirPlace) {
     EXPECT_EQ(scan(LEX_KEEP_ARG, std::string(255, '1')), "ILLEGAL");
     EXPECT_EQ(scan(LEX_HELP_ARG, longest + "a"), "ILLEGAL");
     EXPECT_EQ(scan(LEX_URI_ARG, "file:///" + longest), "ILLEGAL");
+    EXPECT_EQ(scan(LEX_MAIN, "-" + longest), "ILLEGAL");
     EXPECT_EQ(scan(LEX_MAIN, std::string(100000, '/')), "BAD_TARGET");
 }
 
@@ -264,6 +268,27 @@ TEST(Scanner, HandsOutTheLineInPieces) {
     lex_buf = nullptr;
     EXPECT_DEATH(my_yyinput(nullptr, 3), "buf!=__null&&max_size>0");
     EXPECT_DEATH(my_yyinput(piece, 0), "buf!=__null&&max_size>0");
+}
+
+TEST(Scanner, PassesOnLineFeedsAndWhatComesBeforeAStateIsChosen) {
+    std::FILE* const passed = std::tmpfile();
+    yyset_out(passed);
+    expectTokens(LEX_MAIN, {{"a\nb", "NAME(a) NAME(b)"}, {"/a1\n", "PATH(/a1)"}});
+    flex_init();
+    const std::string line = "show";
+    lex_buf = &line;
+    lex_buf_position = 0;
+    EXPECT_EQ(yylex(), 0);
+    flex_init();
+    flex_change_state(LEX_PROPERTY);
+    flex_change_state(static_cast<lex_state>(LEX_VALUE + 1));
+    lex_buf_position = 0;
+    EXPECT_EQ(yylex(), TK_ILLEGAL) << "a state beyond the last one is ignored";
+    flex_init();
+    lex_buf = nullptr;
+    yyset_out(stdout);
+    EXPECT_EQ(std::ftell(passed), 6);
+    std::fclose(passed);
 }
 
 TEST(Scanner, FormatsAnIndexedNameAsAPath) {

@@ -11,8 +11,12 @@ namespace {
 using Names = std::vector<std::string>;
 
 TEST(Verbs, AreKnownInAnyCaseAndListedInTheirOrder) {
-    EXPECT_EQ(lookupVerbSymbol("SHOW"), 271);
-    EXPECT_EQ(lookupVerbSymbol("Load"), 276);
+    const std::pair<const char*, short> verbs[] = {
+        {"cd", 264},    {"Create", 265}, {"DELETE", 266}, {"exit", 267},  {"help", 268},
+        {"reset", 269}, {"set", 270},    {"SHOW", 271},   {"start", 272}, {"stop", 273},
+        {"dump", 275},  {"Load", 276},   {"version", 274}};
+    for (const auto& [verb, token] : verbs)
+        EXPECT_EQ(lookupVerbSymbol(verb), token) << verb;
     EXPECT_EQ(lookupVerbSymbol(""), 262);
     EXPECT_EQ(lookupVerbSymbol("shows"), 263);
     EXPECT_EQ(lookupVerbSymbol("sho"), 263);
