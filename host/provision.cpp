@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <stdexcept>
 #include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -51,6 +52,31 @@ bool isThere(const std::string& path) {
         refuse(path, "is not a plain file");
     return true;
 }
+
+// Keeps others out who provision the same directory.
+class DirectoryLock {
+public:
+    explicit DirectoryLock(const std::string& path)
+        : m_descriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        if (m_descriptor < 0)
+            refuseErrno(path);
+        int result = 0;
+        do {
+            result = flock(m_descriptor, LOCK_EX);
+        } while (result != 0 && errno == EINTR);
+        if (result != 0) {
+            const int error = errno;
+            close(m_descriptor);
+            refuse(path, std::strerror(error));
+        }
+    }
+    ~DirectoryLock() { close(m_descriptor); }
+    DirectoryLock(const DirectoryLock&) = delete;
+    DirectoryLock& operator=(const DirectoryLock&) = delete;
+
+private:
+    int m_descriptor;
+};
 
 // A file that gets its content under a name of its own and its true name when it is whole.
 class NewFile {
@@ -120,9 +146,22 @@ void openOnce(const std::string& path) {
     DBDriver::closeIdle();
 }
 
-void provideDatabase(const std::string& path, const char* ddl) {
+// The log of a database that was deleted while sessions had it open, or after one was killed, holds
+// changes that the next database of that name would take for its own.
+void removeOldLog(const std::string& path) {
+    for (const char* suffix : {"-wal", "-shm"})
+        if (unlink((path + suffix).c_str()) != 0 && errno != ENOENT)
+            refuseErrno(path + suffix);
+}
+
+void provideDatabase(const std::string& directory, const std::string& name, const char* ddl) {
+    const std::string path = directory + "/" + name;
     if (isThere(path))
         return;
+    const DirectoryLock lock(directory);
+    if (isThere(path))
+        return;
+    removeOldLog(path);
     try {
         NewFile file(path, 0666);
         createDatabase(file.draft(), ddl);
@@ -137,8 +176,8 @@ void provideDatabase(const std::string& path, const char* ddl) {
 
 void provision(const std::string& directory) {
     makeDirectory(directory);
-    provideDatabase(directory + "/clp.db3", embedded::clpSql);
-    provideDatabase(directory + "/clpsvc.db3", embedded::clpsvcSql);
+    provideDatabase(directory, "clp.db3", embedded::clpSql);
+    provideDatabase(directory, "clpsvc.db3", embedded::clpsvcSql);
     provideText(directory + "/schema.conf", embedded::sampleSchema);
     provideText(directory + "/help.txt", embedded::helpTopics);
 }

@@ -20,6 +20,7 @@ struct Plans {
     std::mutex mutex;
     Plan statement;
     Plan connection;
+    int happened = 0;
 };
 
 Plans& plans() {
@@ -49,6 +50,7 @@ int takeFrom(Plan Plans::*which) {
     Plans& all = plans();
     const std::lock_guard<std::mutex> lock(all.mutex);
     const int code = take(all.*which);
+    all.happened += code != 0 ? 1 : 0;
     planted = all.statement.count > 0 || all.connection.count > 0;
     return code;
 }
@@ -63,10 +65,17 @@ void failConnection(int nth, int code, int count) {
     plant(&Plans::connection, nth, code, count);
 }
 
+int happened() {
+    Plans& all = plans();
+    const std::lock_guard<std::mutex> lock(all.mutex);
+    return all.happened;
+}
+
 void clear() {
     Plans& all = plans();
     const std::lock_guard<std::mutex> lock(all.mutex);
     all.statement = all.connection = Plan();
+    all.happened = 0;
     planted = false;
 }
 

@@ -12,6 +12,9 @@ void failStatement(int nth, int code, int count = 1);
 // The same for DBDriver::getConnection.
 void failConnection(int nth, int code, int count = 1);
 
+// How many planted failures came up since the last clear().
+int happened();
+
 // Takes back what is planted.
 void clear();
 

@@ -1,9 +1,6 @@
 #include "tests/unit/address_fixture.h"
 
-#include "database/faults.h"
-
 #include <boost/lexical_cast.hpp>
-#include <sqlite3.h>
 
 namespace velmora_clp {
 namespace {
@@ -253,29 +250,6 @@ TEST_F(AddressResolveTest, AnAnswerSaysNothingOfObjectsThatWereAddedAfterIt) {
     });
     resolve(m_service, "system9");
     EXPECT_NE(std::string::npos, addresses().find("/admin1/system3"));
-}
-
-TEST_F(AddressResolveTest, ADatabaseThatFailsInTheMiddleOfARefreshLeavesItWhole) {
-    fakecim::Object& a = addSystem("a");
-    addBelow(a, "ZORM_Part", "ZORM_SP", "sp");
-    resolve(m_service, "system1/sp1");
-    const std::string before = addresses();
-    m_server.remove(a);
-    addSystem("b");
-    addSystem("c");
-    for (int statement = 1; statement <= 40; ++statement) {
-        dbfaults::failStatement(statement, SQLITE_FULL);
-        resolve(m_service, "system9");
-        dbfaults::clear();
-        EXPECT_EQ("0\n", m_directory.query("clp.db3",
-                                           "SELECT count(*) FROM addrsvc_clp c WHERE NOT EXISTS "
-                                           "(SELECT 1 FROM addrsvc_cim k WHERE k.id=c.id)"));
-        EXPECT_EQ("0\n", m_directory.query("clp.db3",
-                                           "SELECT count(*) FROM addrsvc_cim k WHERE NOT EXISTS "
-                                           "(SELECT 1 FROM addrsvc_clp c WHERE k.id=c.id)"));
-    }
-    EXPECT_EQ("b c", resolve(m_service, "system*"));
-    EXPECT_EQ("/admin1\n/admin1/system2\n/admin1/system3\n", addresses());
 }
 
 TEST_F(AddressResolveTest, AssociationInstancesAreFoundByOneEndOrByBoth) {

@@ -1,16 +1,13 @@
+#include "tests/support/lock_file.h"
 #include "tests/unit/address_fixture.h"
 
 #include "database/faults.h"
 
 #include <atomic>
 #include <chrono>
-#include <fcntl.h>
-#include <filesystem>
 #include <functional>
 #include <sqlite3.h>
-#include <sys/file.h>
 #include <thread>
-#include <unistd.h>
 
 namespace velmora_clp {
 namespace {
@@ -227,24 +224,11 @@ TEST_F(AddressStoreTest, AFailedQueryGivesTheNeutralAnswer) {
     EXPECT_EQ("11\n", m_directory.query("clp.db3", "SELECT count(*) FROM addrsvc_clp"));
 }
 
-// The lock file that the process has open: that of its first test, which is deleted by now when
-// several run in one process.
-std::string lockFile() {
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code error;
-        const std::string target = std::filesystem::read_symlink(entry, error);
-        if (target.find("/schema.conf") != std::string::npos)
-            return entry.path();
-    }
-    return "";
-}
-
 TEST_F(AddressStoreTest, TheLockIsSharedForReadingADynamicClassAndNotTakenForAStaticOne) {
     CLPAddrSVC service(m_server.client());
     const auto lockedBy = [&](const std::function<void()>& work) {
         // A writer elsewhere lets only readers without a lock pass.
-        const int fd = open(lockFile().c_str(), O_RDONLY);
-        flock(fd, LOCK_EX);
+        ForeignLock lock;
         std::atomic<bool> done{false};
         std::thread reader([&] {
             work();
@@ -253,9 +237,8 @@ TEST_F(AddressStoreTest, TheLockIsSharedForReadingADynamicClassAndNotTakenForASt
         for (int i = 0; i < 50 && !done; ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         const bool waited = !done;
-        flock(fd, LOCK_UN);
+        lock.release();
         reader.join();
-        close(fd);
         return waited;
     };
     EXPECT_FALSE(lockedBy([&] { service.getNextSeq("/admin1/system"); }));
