@@ -143,7 +143,7 @@ private:
     Services& services_;
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration accountsRegistration{
     [](Services& services) { return std::make_unique<AccountProvider>(services); }};
 
 } // namespace

@@ -46,7 +46,7 @@ private:
     std::atomic<std::int64_t> ahead_{0};
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration clockRegistration{
     [](Services& services) { return std::make_unique<ClockProvider>(services); }};
 
 } // namespace

@@ -6,7 +6,7 @@
 namespace velclp_sim {
 namespace {
 
-constexpr const char* association = "ZORM_ElementSettingData";
+constexpr const char* settingsAssociation = "ZORM_ElementSettingData";
 constexpr std::uint64_t originDhcp = 4;
 // What the simulated network's DHCP server hands out.
 constexpr const char* leasedAddress = "192.0.2.131";
@@ -27,7 +27,7 @@ public:
         const auto endpoint = instanceArgument(services_.repository, in.get("Endpoint"));
         if (!settings || !endpoint ||
             !tie(services_.repository, path, *endpoint, "ZORM_IPServiceAffectsElement") ||
-            !tie(services_.repository, *endpoint, *settings, association)) {
+            !tie(services_.repository, *endpoint, *settings, settingsAssociation)) {
             return answer(Outcome::invalidParameter);
         }
         apply(*endpoint, *settings);
@@ -37,8 +37,8 @@ public:
 private:
     void apply(const ObjectPath& endpoint, const ObjectPath& settings) {
         Repository& repository = services_.repository;
-        for (const ObjectPath& other : partners(repository, endpoint, association)) {
-            if (const auto joining = tie(repository, endpoint, other, association)) {
+        for (const ObjectPath& other : partners(repository, endpoint, settingsAssociation)) {
+            if (const auto joining = tie(repository, endpoint, other, settingsAssociation)) {
                 const std::uint16_t state = other == settings ? 1 : 2;
                 repository.update(*joining, [&](Instance& instance) {
                     instance.set("IsCurrent", state);
@@ -61,7 +61,7 @@ private:
     Services& services_;
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration ipSettingsRegistration{
     [](Services& services) { return std::make_unique<IpSettingsProvider>(services); }};
 
 } // namespace

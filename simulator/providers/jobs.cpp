@@ -270,7 +270,7 @@ private:
     std::set<std::int64_t> foreign_;
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration jobsRegistration{
     [](Services& services) { return std::make_unique<JobProvider>(services); }};
 
 } // namespace

@@ -5,7 +5,7 @@
 namespace velclp_sim {
 namespace {
 
-constexpr const char* association = "ZORM_LogManagesRecord";
+constexpr const char* recordAssociation = "ZORM_LogManagesRecord";
 
 class LogProvider : public Provider {
 public:
@@ -19,7 +19,7 @@ public:
         if (!sameName(method.name, "ClearLog")) {
             return std::nullopt;
         }
-        for (const ObjectPath& record : partners(services_.repository, path, association)) {
+        for (const ObjectPath& record : partners(services_.repository, path, recordAssociation)) {
             services_.repository.remove(record);
         }
         services_.repository.update(path, [](Instance& instance) {
@@ -40,7 +40,8 @@ public:
     std::vector<std::string> classes() const override { return {"CIM_LogEntry"}; }
 
     bool deleteInstance(const Caller& /*caller*/, const ObjectPath& path) override {
-        const std::vector<ObjectPath> logs = partners(services_.repository, path, association);
+        const std::vector<ObjectPath> logs =
+            partners(services_.repository, path, recordAssociation);
         if (!services_.repository.remove(path)) {
             return false;
         }

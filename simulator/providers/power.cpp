@@ -6,7 +6,7 @@
 namespace velclp_sim {
 namespace {
 
-constexpr const char* association = "ZORM_CSAssociatedPowerManagementService";
+constexpr const char* serviceAssociation = "ZORM_CSAssociatedPowerManagementService";
 
 constexpr std::uint16_t powerOn = 2;
 constexpr std::uint16_t powerCycle = 5;
@@ -91,7 +91,7 @@ public:
         }
         const auto system = instanceArgument(services_.repository, in.get("ManagedElement"));
         const auto tied =
-            system ? tie(services_.repository, path, *system, association) : std::nullopt;
+            system ? tie(services_.repository, path, *system, serviceAssociation) : std::nullopt;
         if (!tied) {
             return answer(Outcome::invalidParameter);
         }
@@ -153,7 +153,7 @@ private:
     std::shared_ptr<Course> course_;
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration powerRegistration{
     [](Services& services) { return std::make_unique<PowerProvider>(services); }};
 
 } // namespace

@@ -50,7 +50,7 @@ private:
     Services& services_;
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration powerLimitRegistration{
     [](Services& services) { return std::make_unique<PowerLimitProvider>(services); }};
 
 } // namespace

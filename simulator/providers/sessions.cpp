@@ -270,7 +270,7 @@ private:
     std::set<std::string> local_;
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration sessionsRegistration{
     [](Services& services) { return std::make_unique<SessionProvider>(services); }};
 
 } // namespace

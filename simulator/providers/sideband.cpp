@@ -60,7 +60,7 @@ private:
     Services& services_;
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration sidebandRegistration{
     [](Services& services) { return std::make_unique<SidebandProvider>(services); }};
 
 } // namespace

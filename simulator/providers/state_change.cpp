@@ -111,7 +111,7 @@ private:
     std::shared_ptr<LatestChange> latest_ = std::make_shared<LatestChange>();
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration stateChangeRegistration{
     [](Services& services) { return std::make_unique<StateChangeProvider>(services); }};
 
 } // namespace

@@ -53,7 +53,7 @@ private:
     Services& services_;
 };
 
-const ProviderRegistration registration{
+const ProviderRegistration virtualMediaRegistration{
     [](Services& services) { return std::make_unique<VirtualMediaProvider>(services); }};
 
 } // namespace
