@@ -48,6 +48,9 @@ public:
     // Whether nothing comes out for that long.
     bool quiet(Milliseconds time);
 
+    // Leaves out what came until now: the next wait is for what follows.
+    void skip() { m_seen = m_output.size(); }
+
     // What an operator sees from the last prompt on: the rows, with a "|" before the cursor.
     std::vector<std::string> view() const;
     // Reads until the view is the one expected, or for some seconds; the view then.

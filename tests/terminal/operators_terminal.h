@@ -31,6 +31,7 @@ protected:
     }
     // Gives up the line being typed.
     void giveUp() {
+        session->skip();
         session->type(CTRL_C);
         session->prompt();
     }
