@@ -7,13 +7,15 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 namespace {
 unsigned int sleptSeconds = 0;
 } // namespace
 
 // Takes the place of the C library's, which the update's polling waits in.
-extern "C" unsigned int sleep(unsigned int seconds) {
-    sleptSeconds += seconds;
+extern "C" int nanosleep(const timespec* time, timespec*) {
+    sleptSeconds += static_cast<unsigned int>(time->tv_sec);
     return 0;
 }
 
@@ -392,6 +394,24 @@ TEST_F(MappingTest, AnIpSettingIsAppliedByTheServiceOfItsEndpoint) {
                  "ipendpt_ref.type==\\(\\(16\\+1\\)<<8\\) && ipendpt_ref.value.ref && ");
 }
 
+TEST_F(MappingTest, APseudoMethodIsForItsOwnTag) {
+    using Operation = JobError* (CLPMapping::*)(const std::string&, CMPIObjectPath*,
+                                                const std::string&, const Pairs&, CMPIArgs*);
+    const std::pair<Operation, const char*> operations[] = {
+        {&CLPMapping::SP_PseudoMethod, "sp"},
+        {&CLPMapping::LOG_PseudoMethod, "log"},
+        {&CLPMapping::SPLOG_PseudoMethod, "splog"},
+        {&CLPMapping::PWRCURR_PseudoMethod, "pwrcurr"},
+        {&CLPMapping::NETPORTCFGSVC_PseudoMethod, "netportcfgsvc"},
+        {&CLPMapping::ELEMENTSETTINGDATA_PseudoMethod, "elementsettingdata"}};
+    for (const auto& [operation, tag] : operations)
+        EXPECT_DEATH((m_mapping.*operation)("system", m_path.get(), "set", {}, nullptr),
+                     "ufct==\"" + std::string(tag) + "\"");
+    EXPECT_DEATH(pseudo("sp", "show", {}), "static_cast<int>\\(props.size\\(\\)\\)==1");
+    EXPECT_DEATH(pseudo("sp", "show", {{"time", ""}}), "outP");
+    EXPECT_DEATH(m_mapping.smPseudoMethod(nullptr, "sp", "show", {}), "path");
+}
+
 TEST_F(MappingTest, ALogIsClearedByItsOwnMethod) {
     for (const char* tag : {"log", "splog"}) {
         EXPECT_EQ("ok", pseudo(tag, "clearlog", {{"logstate", "1"}}));
@@ -445,10 +465,12 @@ TEST_F(UpdateTest, ShowsAMarkAPollAndHowItEnded) {
     sleptSeconds = 0;
     EXPECT_EQ("Updating started.\r\n##\nUpdating FW Done.\r\n", update({"4", "4", "7"}));
     EXPECT_EQ(10U, sleptSeconds);
-    EXPECT_EQ("ZORM_SoftwareInstallationService",
-              std::find_if(m_server.calls.begin(), m_server.calls.end(), [](const auto& call) {
-                  return call.operation == "invokeMethod";
-              })->cimclass);
+    const auto install =
+        std::find_if(m_server.calls.begin(), m_server.calls.end(),
+                     [](const auto& call) { return call.operation == "invokeMethod"; });
+    EXPECT_EQ("ZORM_SoftwareInstallationService", install->cimclass);
+    EXPECT_EQ("InstallFromURI(URI:1600=tftp://h/i;Target:1100=root/zorm:ZORM_Thing.Name=\"a\";)",
+              install->detail);
 }
 
 TEST_F(UpdateTest, EndsAsTheJobDoes) {

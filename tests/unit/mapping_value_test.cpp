@@ -212,6 +212,24 @@ TEST_F(PropertyTest, APropertyOfAnObjectIsReadAsText) {
     EXPECT_FALSE(CLPMisc::checkSelectProperty(instance.get(), "State", "2"));
 }
 
+TEST_F(PropertyTest, PropertiesAreWrittenAloneByOneCallThatMustNotFail) {
+    const CimPath path = m_server.add({"ZORM_Thing", {{"Name", "a"}}, {}}).path();
+    Data state(number(CMPI_uint16, "3"));
+    Data name(text("b"));
+    const std::map<std::string, CMPIData*> props = {{"State", &state.get()}, {"Name", &name.get()}};
+    EXPECT_EQ(CMPI_RC_OK, CLPMisc::setProperty(m_server.client(), path.get(), props));
+    ASSERT_EQ(1U, m_server.calls.size());
+    EXPECT_EQ("setInstance", m_server.calls.back().operation);
+    EXPECT_EQ("Name:1600=b;State:0090=3;", m_server.calls.back().detail);
+    EXPECT_DEATH(CLPMisc::setProperty(m_server.client(), nullptr, props), "op!=__null&&cc!=__null");
+    EXPECT_DEATH(CLPMisc::setProperty(m_server.client(), path.get(), {}),
+                 "props.empty\\(\\)==false");
+    EXPECT_DEATH(CLPMisc::setProperty(m_server.client(), path.get(), {{"State", nullptr}}),
+                 "p->second");
+    m_server.onCall = [](const fakecim::Call&) { return CMPI_RC_ERR_ACCESS_DENIED; };
+    EXPECT_DEATH(CLPMisc::setProperty(m_server.client(), path.get(), props), "status.rc==0");
+}
+
 TEST(EqualPropertyValueTest, TheRawTextOrTheOneShownForItMustBeTheSame) {
     const CimArray values = arrayOfTexts({"Enabled", "Disabled", "Twice"});
     const CimArray valuemap = arrayOfTexts({"2", "3", "2"});
@@ -229,6 +247,8 @@ TEST(EqualPropertyValueTest, TheRawTextOrTheOneShownForItMustBeTheSame) {
     EXPECT_FALSE(equal(number(CMPI_uint16, "5"), "Enabled"));
     EXPECT_TRUE(equal(texts({"a", "b"}), "a"));
     EXPECT_FALSE(equal(texts({"a", "b"}), "b"));
+    EXPECT_TRUE(equal({CMPI_uint16A, {"3", "2"}}, "Disabled"));
+    EXPECT_FALSE(equal({CMPI_uint16A, {"3", "2"}}, "Enabled"));
     EXPECT_FALSE(equal(texts({}), "a"));
     EXPECT_FALSE(equal(null(CMPI_uint16), "0"));
     EXPECT_TRUE(equal(null(CMPI_uint16), "NULL"));
@@ -298,6 +318,7 @@ TEST_F(FilterTest, AnObjectPassesWithAllNamesAndAllValues) {
     EXPECT_TRUE(passes({}, {}));
     EXPECT_TRUE(m_server.calls.empty());
     EXPECT_TRUE(passes({"NAME", "PowerState"}, {}));
+    EXPECT_EQ("12", m_server.calls.front().detail);
     EXPECT_FALSE(passes({"Name", "nosuch"}, {}));
     EXPECT_TRUE(passes({}, {{"name", "a"}, {"State", "On"}}));
     EXPECT_TRUE(passes({}, {{"State", "2"}}));
