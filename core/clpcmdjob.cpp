@@ -120,15 +120,18 @@ CLPCmdJob::CLPCmdJob(int timeBeforeRemoval) : m_id(0), m_timeBeforeRemoval(timeB
             DBResultSet& row =
                 statement.query("SELECT max(id) FROM CLPCmdJob where OEMVelmora_pid = '" +
                                 std::to_string(getpid()) + "'");
+            int id = 0;
             if (row.next()) {
-                m_id = row.getInt("max(id)");
-                VELCLP_LOG_VALUE(function, "Entry created just now id is %d", m_id);
+                id = row.getInt("max(id)");
+                VELCLP_LOG_VALUE(function, "Entry created just now id is %d", id);
             } else {
                 VELCLP_LOG_FAILURE(function, "Get id failed");
             }
-            if (statement.update(nameStatement(m_id)) != 0)
+            if (statement.update(nameStatement(id)) != 0)
                 VELCLP_LOG_FAILURE(function, "Update DB failed");
             transaction.commit();
+            // A row that is undone leaves its number to another process's job.
+            m_id = id;
         },
         UNKNOWN_ERROR);
 }

@@ -1,16 +1,13 @@
 #include "velclp/dbstatement.h"
 
+#include "core/connection.h"
+
 namespace velmora_clp {
 
 DbStatement::DbStatement(const char* function, const std::string& url) : m_function(function) {
-    DBUrl location(url);
-    m_owned = DBDriver::getConnection(location);
-    try {
-        m_statement = m_owned->createStatement();
-    } catch (...) {
-        m_owned->close();
-        throw;
-    }
+    OwnedConnection connection = openConnection(url);
+    m_statement = connection->createStatement();
+    m_owned = connection.release();
 }
 
 DbStatement::DbStatement(const char* function, DBConnection& connection)

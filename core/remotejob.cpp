@@ -11,6 +11,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <map>
 
@@ -25,10 +27,12 @@ const std::size_t JOB_PREFIX = 7; // "clpjob:"
 int jobNumber(CMPIObjectPath* path) {
     CimStatus status;
     const CMPIData key = path->ft->getKey(path, "InstanceID", status.out());
-    if (!status.ok())
+    if (!status.ok() || (key.state & CMPI_nullValue) != 0)
         return 0;
     const std::string id = cimValueText(key.type, key.value);
-    return id.size() > JOB_PREFIX ? std::atoi(id.c_str() + JOB_PREFIX) : 0;
+    const long number =
+        id.size() > JOB_PREFIX ? std::strtol(id.c_str() + JOB_PREFIX, nullptr, 10) : 0;
+    return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "velclp/task.h"
 
+#include "database/cdbc.h"
 #include "velclp/assertion.h"
 #include "velclp/log.h"
 #include "velclp/threadguard.h"
@@ -118,6 +119,8 @@ void CLPTask::runGuarded() {
         throw; // the thread ends in pthread_exit
     } catch (const std::exception& failure) {
         reason = failure.what();
+    } catch (const CDBC_Exception& failure) {
+        reason = failure.text();
     } catch (const char* failure) {
         reason = failure != nullptr ? failure : "";
     } catch (const std::string& failure) {

@@ -109,12 +109,13 @@ void runLines(LineSource& source, velmora_clp::CLPCore& core, Signals& signals) 
 
 // The engine lives in here, and ends before the transport does.
 int runEngine(const Options& options, Transport& transport, Signals& signals) {
+    const std::unique_ptr<LineSource> source = lineSource(options, transport);
     velmora_clp::CLPCore core(options.host, options.port, transport);
     s_core = &core;
     s_signals = &signals;
     signals.begin(core);
     stdStream::setWakeup(signals.wakeupFd(), onEvents);
-    runLines(*lineSource(options, transport), core, signals);
+    runLines(*source, core, signals);
     core.terminateSession();
     core.terminateJob();
     transport.flush();

@@ -83,9 +83,9 @@ int stdStream::wait() {
             return FAILED;
         if (count < 0)
             continue;
-        // Also before input is read: an interrupt key comes as a signal, which must not overtake
-        // what is typed behind it.
-        if (s_wakeupFd >= 0) {
+        // At a terminal also before input is read: an interrupt key comes as a signal, which must
+        // not overtake what is typed behind it.
+        if (s_wakeupFd >= 0 && (m_tty || FD_ISSET(s_wakeupFd, &ready))) {
             const int result = s_wakeup();
             if (result < 0)
                 return result;

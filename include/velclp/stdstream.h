@@ -54,9 +54,9 @@ public:
     // Seconds until a read gives up; 0 or less waits for ever.
     static void setTimeout(int seconds);
 
-    // A descriptor to watch while a read waits. When it or the input becomes readable, `handler` is
-    // called on the reading thread; a negative result ends the read with that result, otherwise the
-    // wait goes on. -1 ends the watch.
+    // A descriptor to watch while a read waits. When it becomes readable, or a terminal's input
+    // does, `handler` is called on the reading thread; a negative result ends the read with that
+    // result, otherwise the wait goes on. -1 ends the watch.
     static void setWakeup(int fd, int (*handler)());
 
     static timeval this_tv;

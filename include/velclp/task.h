@@ -49,7 +49,6 @@ private:
     static void* _work(void* arg);
     static void _cleanup(void* arg);
     void runGuarded();
-    bool timedWait(int msec);
 
     pthread_attr_t m_attr;
     pthread_t m_thread;

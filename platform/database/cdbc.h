@@ -24,8 +24,9 @@ public:
     virtual void set(char* text, int code, int extendedCode, std::string statement);
     virtual ~CDBC_Exception();
 
-    // The reason in the database's words, never null. Text of the layer's own exceptions stays
-    // valid until the next failure in the same thread.
+    // The reason in the database's words, behind them the path of a file that is at fault; never
+    // null. Text of the layer's own exceptions stays valid until the next failure in the same
+    // thread.
     const char* text() const { return m_text != nullptr ? m_text : ""; }
     // SQLite's primary and extended result codes.
     int code() const { return m_code; }

@@ -68,7 +68,7 @@ void Connection::close() {
     try {
         rollback();
     } catch (const CDBC_Exception&) {
-        // A handle that cannot even roll back is not kept: see Handle::isGood.
+        // A handle that cannot even roll back is not kept: see Handle::isSound.
     }
     delete this;
 }

@@ -19,11 +19,11 @@ void build(const std::string& path, const std::string& script) {
         sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     const std::unique_ptr<sqlite3, Close> db(opened);
     if (result != SQLITE_OK)
-        database::fail(opened, result, "");
+        database::fail(opened, result, "", path);
     const std::string whole = "BEGIN;" + script + ";COMMIT;PRAGMA journal_mode=WAL";
     const int run = sqlite3_exec(opened, whole.c_str(), nullptr, nullptr, nullptr);
     if (run != SQLITE_OK)
-        database::fail(opened, run, whole);
+        database::fail(opened, run, whole, path);
 }
 
 } // namespace

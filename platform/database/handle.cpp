@@ -84,12 +84,12 @@ Handle::Handle(const std::string& path, int timeoutMilliseconds)
     : m_path(path), m_generation(forkGeneration()) {
     // The identity is taken first: a file that is replaced meanwhile is then found out later.
     if (!identityOf(path, m_identity))
-        fail("unable to open database file", SQLITE_CANTOPEN);
+        fail(nullptr, SQLITE_CANTOPEN, "", path);
     const int result =
         sqlite3_open_v2(path.c_str(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     try {
         if (result != SQLITE_OK)
-            fail(m_db, result, "");
+            fail(m_db, result, "", path);
         setTimeout(timeoutMilliseconds);
         configure();
     } catch (...) {
@@ -110,16 +110,19 @@ Handle::~Handle() {
 void Handle::configure() {
     sqlite3_extended_result_codes(m_db, 1);
     // The log's files stay, since whoever comes next may not be allowed to make files beside the
-    // database; but empty, or the next to open it would have to read the log again.
+    // database; but empty, or the next to open it would have to read the log again. While the
+    // database is open the log is written over from its beginning: cutting it off each time would
+    // cost its blocks anew. The limit holds the number of pages after which that happens.
     int persist = 1;
     sqlite3_file_control(m_db, nullptr, SQLITE_FCNTL_PERSIST_WAL, &persist);
     // A small page cache: the system's own stands behind it, and each of a process's handles has
     // one.
-    for (const char* pragma : {"PRAGMA synchronous=NORMAL", "PRAGMA journal_mode=WAL",
-                               "PRAGMA journal_size_limit=0", "PRAGMA cache_size=-512"}) {
+    for (const char* pragma :
+         {"PRAGMA synchronous=NORMAL", "PRAGMA journal_mode=WAL", "PRAGMA wal_autocheckpoint=2000",
+          "PRAGMA journal_size_limit=8388608", "PRAGMA cache_size=-512"}) {
         const int result = sqlite3_exec(m_db, pragma, nullptr, nullptr, nullptr);
         if (result != SQLITE_OK)
-            fail(m_db, result, pragma);
+            fail(m_db, result, pragma, m_path);
     }
 }
 
@@ -130,17 +133,20 @@ void Handle::setTimeout(int milliseconds) {
     sqlite3_busy_timeout(m_db, milliseconds);
 }
 
+bool Handle::isSound() const {
+    return !m_broken && m_generation == forkGeneration() && !inTransaction();
+}
+
 bool Handle::isGood() const {
     FileIdentity now;
-    return !m_broken && m_generation == forkGeneration() && !inTransaction() &&
-           identityOf(m_path, now) && now == m_identity;
+    return isSound() && identityOf(m_path, now) && now == m_identity;
 }
 
 Rows Handle::run(const std::string& sql) {
     if (m_generation != forkGeneration())
         fail("the connection was opened by the parent process", SQLITE_MISUSE, sql);
     if (const int planted = dbfaults::statementFault())
-        fail(nullptr, planted, sql);
+        fail(nullptr, planted, sql, m_path);
     if (sql.find('\0') != std::string::npos)
         fail("SQL text with a zero byte", SQLITE_MISUSE, sql);
     LiftedSql lifted;
@@ -227,7 +233,7 @@ Rows Handle::step(Prepared& prepared, const std::string& sql) {
 
 void Handle::failed(int code, const std::string& sql) {
     m_broken = m_broken || lasts(code);
-    fail(m_db, code, sql);
+    fail(m_db, code, sql, m_path);
 }
 
 int Handle::changedRows() const {

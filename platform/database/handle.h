@@ -38,8 +38,10 @@ public:
     const FileIdentity& identity() const { return m_identity; }
     void setTimeout(int milliseconds);
 
-    // Whether it may serve a further connection: neither has it failed in a way that lasts, nor
-    // was its file deleted or replaced, nor was it opened by a parent process.
+    // Whether it may be kept for further connections: neither has it failed in a way that lasts,
+    // nor was it opened by a parent process.
+    bool isSound() const;
+    // Whether it may serve one now: sound, and its file neither deleted nor replaced.
     bool isGood() const;
 
     // Runs one statement and gives its rows. Throws CDBC_Exception.

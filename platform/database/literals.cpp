@@ -62,7 +62,7 @@ bool isPlainInsert(const std::string& sql) {
 // The length of the whole number at a position right behind one of the borders; 0 when there is
 // none, or one that a 64-bit integer may not hold.
 std::size_t numberAt(const std::string& sql, std::size_t at, const char* borders) {
-    if (at == 0 || std::strchr(borders, sql[at - 1]) == nullptr)
+    if (sql[at] < '0' || sql[at] > '9' || at == 0 || std::strchr(borders, sql[at - 1]) == nullptr)
         return 0;
     const std::size_t length = std::min(sql.find_first_not_of("0123456789", at), sql.size()) - at;
     const bool ends =

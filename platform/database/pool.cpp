@@ -32,7 +32,7 @@ Pool::Pool() {
 
 Lease Pool::take(const std::string& path, int timeoutMilliseconds) {
     if (const int planted = dbfaults::connectionFault())
-        fail(nullptr, planted, "");
+        fail(nullptr, planted, "", path);
     std::unique_ptr<Handle> handle = takeIdle(path);
     if (handle == nullptr) {
         refuseInherited(path);
@@ -67,7 +67,7 @@ void Pool::giveBack(Handle* handle) {
     if (use != m_inUse.end() && --use->second == 0)
         m_inUse.erase(use);
     Idle& idle = m_idle[owned->path()];
-    if (idle.size() < mostIdle && owned->isGood())
+    if (idle.size() < mostIdle && owned->isSound())
         idle.push_back(std::move(owned));
 }
 

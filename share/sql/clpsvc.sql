@@ -58,7 +58,8 @@ CREATE TABLE CLPCmdJob(
     Name TEXT,
     TimeToRemove INTEGER
 );
--- max(id) of a process is asked for each new job.
+-- max(id) of a process is asked for each new job. A job gets its time of removal at its end: until
+-- then that index need not be written. Whoever has an InstanceID has the id in it: each command
+-- pays for an index of its own.
 CREATE INDEX CLPCmdJob_pid ON CLPCmdJob(OEMVelmora_pid, id);
-CREATE INDEX CLPCmdJob_InstanceID ON CLPCmdJob(InstanceID);
-CREATE INDEX CLPCmdJob_TimeToRemove ON CLPCmdJob(TimeToRemove);
+CREATE INDEX CLPCmdJob_TimeToRemove ON CLPCmdJob(TimeToRemove) WHERE TimeToRemove IS NOT NULL;

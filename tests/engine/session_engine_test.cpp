@@ -1,4 +1,7 @@
 // The engine and its commands in this process, against the simulator.
+#include "database/cdbc.h"
+#include "database/faults.h"
+#include "log/osalog.h"
 #include "tests/support/run_directory.h"
 #include "tests/support/simulator_process.h"
 #include "velclp/clpcommand.h"
@@ -12,6 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <pty.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -56,6 +60,16 @@ protected:
     static void login(const char* privileges) {
         setenv("USER", "admin", 1);
         setenv("privileges", privileges, 1);
+    }
+    void TearDown() override {
+        dbfaults::clear();
+        osalog_set_file("");
+    }
+    // What has been logged since the last call.
+    std::string logged() {
+        const std::string text = directory.read("log");
+        directory.write("log", "");
+        return text;
     }
     void start() { core = std::make_unique<CLPCore>("localhost", simulator.port(), transport); }
     // Runs a line and gives what it wrote.
@@ -177,8 +191,13 @@ TEST_F(Engine, ALineThatFindsNoServerIsRefusedAndTheNextOneRunsWhenItIsBack) {
     start();
     const std::string port = simulator.port();
     simulator.stop();
-    for (const char* const line : {"show /admin1", "version", "show -help"})
+    osalog_set_file(directory.file("log"));
+    for (const char* const line : {"show /admin1", "version", "show -help"}) {
         EXPECT_NE(run(line).find("COMMAND ERROR UNSPECIFIED"), std::string::npos) << line;
+        const std::string log = logged();
+        EXPECT_NE(log.find("Failed to connect cimserver"), std::string::npos) << log;
+        EXPECT_NE(log.find("message[0]=[The cimserver can't be connected.]"), std::string::npos);
+    }
     EXPECT_EQ(jobs("JobState=4"), "");
     const SimulatorProcess again(directory, {"--port", port});
     EXPECT_NE(run("version").find("1.0.2"), std::string::npos);
@@ -198,6 +217,93 @@ TEST_F(Engine, TheDefaultTargetIsTheRootUntilItIsAnAddress) {
     directory.execute("clpsvc.db3", "DELETE FROM CLPSession");
     CLPSession::getInstance()->setCurrentDefaultTarget("/admin1/system2");
     EXPECT_EQ(core->CDT(), "/admin1/system2") << "the value that was last set";
+}
+
+TEST_F(Engine, SessionPropertiesAreColumnsOfTheSessionsRowAndAreReadAfresh) {
+    start();
+    using Get = void (CLPSession::*)(std::string&);
+    using Set = void (CLPSession::*)(const std::string&);
+    struct {
+        const char* column;
+        Get get;
+        Set set;
+    } const texts[] = {
+        {"DisplayOption", &CLPSession::getDisplayOption, &CLPSession::setDisplayOption},
+        {"OutputFormat", &CLPSession::getOutputFormat, &CLPSession::setOutputFormat},
+        {"OutputLanguage", &CLPSession::getOutputLanguage, &CLPSession::setOutputLanguage},
+        {"OutputOrder", &CLPSession::getOutputOrder, &CLPSession::setOutputOrder},
+        {"OutputPosition", &CLPSession::getOutputPosition, &CLPSession::setOutputPosition},
+        {"OutputVerbosity", &CLPSession::getOutputVerbosity, &CLPSession::setOutputVerbosity},
+        {"CurrentDefaultTarget", &CLPSession::getCurrentDefaultTarget,
+         &CLPSession::setCurrentDefaultTarget},
+    };
+    CLPSession& session = *CLPSession::getInstance();
+    const auto row = [&](const std::string& column) {
+        return directory.query("clpsvc.db3", "SELECT " + column + " FROM CLPSession");
+    };
+    const auto change = [&](const std::string& settings) {
+        directory.execute("clpsvc.db3", "UPDATE CLPSession SET " + settings);
+    };
+    EXPECT_EQ(row("id,OEMVelmora_pid,CurrentDefaultTarget,OutputFormat"),
+              std::to_string(session.getSessionId()) + "|" + std::to_string(getpid()) +
+                  "|/admin1|2\n");
+    for (const auto& text : texts) {
+        const std::string column = text.column;
+        (session.*text.set)("set " + column);
+        EXPECT_EQ(row(column), "set " + column + "\n");
+        change(column + "='changed'");
+        std::string value;
+        (session.*text.get)(value);
+        EXPECT_EQ(value, "changed") << column;
+    }
+    session.setKeepTime(7);
+    session.setOutputCount(8);
+    session.setWaitBehavior(true);
+    EXPECT_EQ(row("KeepTime,OutputCount,WaitBehavior"), "7|8|1\n");
+    change("KeepTime=70,OutputCount=80,WaitBehavior=0");
+    EXPECT_EQ(session.getKeepTime(), 70);
+    EXPECT_EQ(session.getOutputCount(), 80);
+    EXPECT_FALSE(session.getWaitBehavior());
+    directory.execute("clpsvc.db3", "DELETE FROM CLPSession");
+    std::string value;
+    session.getOutputOrder(value);
+    EXPECT_EQ(value, "changed") << "a row that vanished leaves the value that was last read";
+    EXPECT_EQ(session.getKeepTime(), 70);
+}
+
+TEST_F(Engine, ADatabaseThatFailsCostsLinesOfTheLogThatNameItAndNeverTheSession) {
+    start();
+    ASSERT_TRUE(osalog_set_file(directory.file("log")));
+    const std::string session = directory.file("clpsvc.db3");
+    const std::pair<int, const char*> failures[] = {
+        {SQLITE_READONLY, "attempt to write a readonly database: "},
+        {SQLITE_FULL, "database or disk is full: "},
+        {SQLITE_BUSY, "database is locked: "},
+    };
+    for (const auto& [code, reason] : failures) {
+        dbfaults::failStatement(1, code, 1000000);
+        EXPECT_NE(run("version").find("1.0.2"), std::string::npos) << reason;
+        const std::string log = logged();
+        for (const char* function : {"CLP.GetElementFromDB", "CLP.CLPCmdJob.CLPCmdJob",
+                                     "CLP.CLPCmdJob.RequestStateChange"})
+            EXPECT_NE(log.find(function), std::string::npos) << log;
+        EXPECT_NE(log.find("catch cdbc exception=[" + (reason + session) + "]\n"),
+                  std::string::npos)
+            << log;
+        EXPECT_NE(run("show /admin1").find("COMMAND EXECUTION FAILED"), std::string::npos);
+        core->terminateJob();
+        EXPECT_NE(logged().find("CLP.CLPCore.terminateJob dbstatement.h:"), std::string::npos);
+        dbfaults::clear();
+        EXPECT_NE(run("show /admin1").find("/admin1"), std::string::npos) << "it is back";
+    }
+    DBDriver::closeIdle();
+    unlink(directory.file("clp.db3").c_str());
+    logged();
+    EXPECT_NE(run("show /admin1").find("Software Error"), std::string::npos);
+    EXPECT_NE(logged().find("catch exception=[unable to open database file: " +
+                            directory.file("clp.db3") + "]"),
+              std::string::npos);
+    EXPECT_NE(run("version").find("1.0.2"), std::string::npos);
 }
 
 TEST_F(Engine, AJobKeepsTheTimeThatTheLineOrTheSessionGives) {

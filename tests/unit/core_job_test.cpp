@@ -1,15 +1,19 @@
 // The rows that sessions and jobs leave in the session database.
+#include "database/faults.h"
+#include "log/osalog.h"
 #include "tests/support/run_directory.h"
 #include "velclp/clpcmdjob.h"
 #include "velclp/clpsession.h"
 
 #include <gtest/gtest.h>
 
+#include <sqlite3.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <ctime>
 #include <memory>
+#include <regex>
 
 using namespace velmora_clp;
 
@@ -39,6 +43,41 @@ TEST_F(JobRows, TheFirstJobOfAnEmptyTableIsNumberOneAndRuns) {
     EXPECT_LE(age, 5);
     const CLPCmdJob second(1);
     EXPECT_EQ(second.getJobId(), 2);
+}
+
+TEST_F(JobRows, TheRowIsInsertedWithEveryColumnOfAConcreteJob) {
+    ASSERT_TRUE(osalog_set_file(directory.file("log")));
+    osalog_set_level(OSALOG_VALUE);
+    const CLPCmdJob record(150000000);
+    osalog_set_level(OSALOG_FAILURE);
+    osalog_set_file("");
+    const std::regex times("[0-9]{16}");
+    const std::string log = std::regex_replace(directory.read("log"), times, "now");
+    const std::string insert =
+        "sql statement=[INSERT INTO CLPCmdJob(ElementName,Status,RunDay,OEMVelmora_pid,JobStatus,"
+        "DeleteOnCompletion,ScheduledStartTime,ElapsedTime,Notify,OperationalStatus,RunMonth,Owner,"
+        "Caption,Priority,UntilTime,InstallDate,InstanceID,RunStartInterval,ErrorDescription,"
+        "JobState,ErrorCode,JobRunTimes,TimeSubmitted,StartTime,TimeBeforeRemoval,"
+        "OtherRecoveryAction,TimeOfLastStateChange,StatusDescriptions,RunDayOfWeek,RecoveryAction,"
+        "PercentComplete,LocalOrUtcTime,HealthState,Description,Name)Values('CLP Concrete "
+        "Job',NULL,0," +
+        std::to_string(getpid()) +
+        ",NULL,1,0,0,NULL,'{2,6}',0,NULL,NULL,0,0,now,NULL,0,NULL,4,0,1,now,now,150000000,NULL,now,"
+        "NULL,0,0,0,0,0,NULL,NULL)]\n";
+    EXPECT_NE(log.find(insert), std::string::npos) << log;
+    EXPECT_NE(log.find("Entry created just now id is 1\n"), std::string::npos) << log;
+}
+
+TEST_F(JobRows, ARowThatIsUndoneLeavesTheJobWithoutANumber) {
+    const int statements = 5;
+    for (int nth = 1; nth <= statements; ++nth) {
+        dbfaults::failStatement(nth, SQLITE_FULL);
+        CLPCmdJob lost(1);
+        EXPECT_EQ(lost.getJobId(), 0) << nth;
+        EXPECT_EQ(job("count(*)"), "0\n") << nth;
+    }
+    const CLPCmdJob other(1);
+    EXPECT_EQ(other.getJobId(), 1);
 }
 
 TEST_F(JobRows, AnEndedJobGetsItsTimeOfRemovalAndARunningOneDoesNot) {

@@ -59,7 +59,7 @@ TEST_F(ScopedStatement, KeepsFailuresInAndLogsThem) {
     dbfaults::failStatement(1, SQLITE_IOERR);
     EXPECT_FALSE(databaseWork("CLP.Test.run", select));
     EXPECT_TRUE(logged("CLP.Test.run dbstatement.h:"));
-    EXPECT_TRUE(logged("catch cdbc exception=[disk I/O error]"));
+    EXPECT_TRUE(logged("catch cdbc exception=[disk I/O error: " + directory.file("clp.db3") + "]"));
     const auto other = [] { throw std::runtime_error("other"); };
     EXPECT_FALSE(databaseWork("CLP.Test.run", other));
     EXPECT_TRUE(logged("catch an unknown error!"));

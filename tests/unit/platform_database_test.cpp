@@ -200,11 +200,11 @@ TEST_F(DatabaseLayer, ThrowsTheDatabasesWordsWithTheStatement) {
 }
 
 TEST_F(DatabaseLayer, SaysWhatIsWrongWithADatabaseThatCannotBeOpened) {
-    EXPECT_EQ("unable to open database file",
+    EXPECT_EQ("unable to open database file: " + directory.file("absent.db3"),
               failureOf([&] { connect("sqlite:" + directory.file("absent.db3")); }));
     EXPECT_FALSE(std::ifstream(directory.file("absent.db3")).is_open());
     directory.write("text.db3", std::string(4096, 'x'));
-    EXPECT_EQ("file is not a database",
+    EXPECT_EQ("file is not a database: " + directory.file("text.db3"),
               failureOf([&] { connect("sqlite:" + directory.file("text.db3")); }));
     EXPECT_EQ("no driver for database scheme: mysql", failureOf([&] { connect("mysql:/x"); }));
     EXPECT_EQ("no driver for database scheme: ", failureOf([&] { connect("/x"); }));
@@ -231,7 +231,7 @@ TEST_F(DatabaseLayer, WaitsForAWriterAndThenSaysThatTheDatabaseIsLocked) {
     const auto waiting = connect(url + "?timeout=50");
     writer->begin();
     update(*writer, "INSERT INTO t(k) VALUES('a')");
-    EXPECT_EQ("database is locked",
+    EXPECT_EQ("database is locked: " + directory.file("clp.db3"),
               failureOf([&] { update(*waiting, "INSERT INTO t(k) VALUES('b')"); }));
     EXPECT_EQ(0, query(*waiting, "SELECT * FROM t")->rowCount());
     std::thread committing([&] {
@@ -264,7 +264,8 @@ TEST_F(DatabaseLayer, OpensTheFileAnewWhenItWasReplaced) {
     update(*connect(url), "INSERT INTO t(k) VALUES('in the old file')");
     for (const char* suffix : {"", "-wal", "-shm"})
         unlink((directory.file("clp.db3") + suffix).c_str());
-    EXPECT_EQ("unable to open database file", failureOf([&] { connect(url); }));
+    EXPECT_EQ("unable to open database file: " + directory.file("clp.db3"),
+              failureOf([&] { connect(url); }));
     createDatabase(directory.file("clp.db3"), "CREATE TABLE t(k TEXT)");
     const auto connection = connect(url);
     EXPECT_EQ(0, query(*connection, "SELECT * FROM t")->rowCount());
@@ -349,11 +350,12 @@ TEST_F(DatabaseLayer, FailsWhereATestPlantsAFault) {
     const auto connection = connect(url);
     dbfaults::failStatement(2, SQLITE_FULL);
     EXPECT_EQ(0, update(*connection, "INSERT INTO t(k) VALUES('a')"));
-    EXPECT_EQ("database or disk is full",
+    EXPECT_EQ("database or disk is full: " + directory.file("clp.db3"),
               failureOf([&] { update(*connection, "INSERT INTO t(k) VALUES('b')"); }));
     EXPECT_EQ(0, update(*connection, "INSERT INTO t(k) VALUES('b')"));
     dbfaults::failConnection(1, SQLITE_CANTOPEN, 2);
-    EXPECT_EQ("unable to open database file", failureOf([&] { connect(url); }));
+    EXPECT_EQ("unable to open database file: " + directory.file("clp.db3"),
+              failureOf([&] { connect(url); }));
     dbfaults::clear();
     EXPECT_EQ("no failure", failureOf([&] { connect(url); }));
 }

@@ -98,7 +98,7 @@ TEST(Databases, FindRowsByTheirKeysThroughAnIndex) {
     for (const char* sql : {
              "SELECT id FROM CLPSession where OEMVelmora_pid = '12'",
              "SELECT max(id) FROM CLPCmdJob where OEMVelmora_pid = '12'",
-             "SELECT * FROM CLPCmdJob WHERE InstanceID='clpjob:1'",
+             "DELETE FROM CLPCmdJob WHERE TimeToRemove>0 AND TimeToRemove<1700000000123456",
          })
         EXPECT_EQ(std::string::npos, plan("clpsvc.db3", sql).find("SCAN")) << sql;
 }
