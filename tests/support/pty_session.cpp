@@ -8,7 +8,6 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <utmp.h>
 
 #include <algorithm>
 #include <array>
@@ -34,13 +33,20 @@ PtySession::Milliseconds toMilliseconds(const timeval& time) {
     return std::chrono::seconds(time.tv_sec) + PtySession::Milliseconds(time.tv_usec / 1000);
 }
 
+void attach(int slave, bool isControlling) {
+    setsid();
+    if (isControlling)
+        ioctl(slave, TIOCSCTTY, 0);
+    for (const int standard : {0, 1, 2})
+        dup2(slave, standard);
+    close(slave);
+}
+
 [[noreturn]] void becomeHost(const PtySession::Options& options,
                              const std::vector<std::string>& arguments,
                              const std::map<std::string, std::string>& environment) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     std::signal(SIGPIPE, SIG_DFL);
-    if (options.ignoresHangUp)
-        std::signal(SIGHUP, SIG_IGN);
     for (const auto& [name, value] : environment) {
         if (value.empty())
             unsetenv(name.c_str());
@@ -59,7 +65,7 @@ PtySession::Milliseconds toMilliseconds(const timeval& time) {
 
 PtySession::PtySession(const RunDirectory& directory, const std::string& port,
                        const Options& options)
-    : m_screen(options.columns) {
+    : m_screen(options.columns > 0 ? options.columns : 80) {
     std::vector<std::string> arguments = {options.name, "--prefix", directory.path(), "--port",
                                           port};
     arguments.insert(arguments.end(), options.arguments.begin(), options.arguments.end());
@@ -76,7 +82,7 @@ PtySession::PtySession(const RunDirectory& directory, const std::string& port,
         throw std::runtime_error("no process");
     if (m_pid == 0) {
         close(m_master);
-        login_tty(slave);
+        attach(slave, options.isControlling);
         becomeHost(options, arguments, environment);
     }
     close(slave);

@@ -25,7 +25,7 @@ public:
         std::vector<std::string> arguments;
         std::string name = "velclp"; // what the program finds as its own name
         std::string program;         // the host program unless another is named
-        bool ignoresHangUp = false;
+        bool isControlling = true;   // or a terminal that sends no signals
     };
 
     PtySession(const RunDirectory& directory, const std::string& port)
