@@ -185,6 +185,11 @@ TEST_F(Engine, CannotStartWithoutALoginOrAServer) {
             throw;
         },
         std::string);
+    sSessionParams params;
+    params.host = "localhost";
+    params.port = simulator.port();
+    params.local = true;
+    EXPECT_DEATH(CLPSession::createInstance(&params), "Assertion `_cc!=__null'");
 }
 
 TEST_F(Engine, ALineThatFindsNoServerIsRefusedAndTheNextOneRunsWhenItIsBack) {

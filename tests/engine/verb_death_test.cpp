@@ -80,6 +80,16 @@ TEST_F(DeadlyLine, IsASetOfAReference) {
     expectEnd("set /admin1/system1=>systemsp=>/admin1/system1/sp1 partcomponent=x", "false");
 }
 
+TEST_F(DeadlyLine, IsTheFirstThatReadsAFaultySchema) {
+    replaceInSchema("command:set.elementname=ZORM_AdminDomain\n", "no name and no value\n");
+    expectEnd("cd", "pos!=string::npos");
+}
+
+TEST_F(DeadlyLine, IsTheFirstThatLooksForTheRootWhereNoTagIsIts) {
+    replaceInSchema("(admin_1)\n", "(root_1)\n");
+    expectEnd("cd", "p!=m_classTree.end()");
+}
+
 using MethodParameters = DeadlyLine;
 
 TEST_F(MethodParameters, MayBeAnEmptyList) {
@@ -88,4 +98,18 @@ TEST_F(MethodParameters, MayBeAnEmptyList) {
     CommandSession session(directory, simulator.port());
     EXPECT_EQ(0U, session.answer("start /admin1/system1/oemvelmora_fan1")
                       .find("/admin1/system1/oemvelmora_fan1 started at "));
+}
+
+using ObjectOfAnUnknownClass = DeadlyLine;
+
+TEST_F(ObjectOfAnUnknownClass, IsWrittenAndShownByTheTagThatLedToIt) {
+    replaceInSchema(":acme_powersensor", "");
+    const SimulatorProcess simulator(directory);
+    CommandSession session(directory, simulator.port());
+    const std::string target = "/admin1/system2/sensor21";
+    EXPECT_EQ("\telementname=x\r\n", session.answer("set " + target + " elementname=x"));
+    EXPECT_NE(std::string::npos, session.answer("show -display properties=elementname " + target)
+                                     .find("\tproperties\r\n\t\tElementName = x\r\n"));
+    EXPECT_NE(std::string::npos, session.answer("show -o format=keyword -level 2 /admin1/system2")
+                                     .find("\r\nufip=/admin1/system2/sensor3\r\n"));
 }
