@@ -6,6 +6,7 @@
 # Standard output carries the session's bytes alone.
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd) || exit
+preset=release
 . "$root/scripts/prepare.sh"
 
 fail() {

@@ -1,8 +1,15 @@
 #!/bin/bash
 # Installs what is missing, builds with warnings as errors and runs every test under CTest, in
-# parallel. Arguments go to ctest. The last line is "N passed, N failed".
+# parallel. The last line is "N passed, N failed".
+#   ./test.sh [ARGUMENT...]                   the optimised build; arguments go to ctest
+#   ./test.sh --preset asan [ARGUMENT...]     another build: asan, tsan, debug, coverage
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd) || exit
+preset=release
+if [ "${1-}" = --preset ]; then
+    preset=${2:?"--preset wants a name"}
+    shift 2
+fi
 . "$root/scripts/prepare.sh"
 
 test_packages=(libgtest-dev libxml2-utils sblim-wbemcli)
@@ -17,6 +24,8 @@ build_targets ON || exit
 
 report="$build/tests.xml"
 rm -f "$report"
+# What a sanitizer finds ends the process that it is found in, with the place.
+export UBSAN_OPTIONS=${UBSAN_OPTIONS-print_stacktrace=1} TSAN_OPTIONS=${TSAN_OPTIONS-halt_on_error=1}
 ctest --test-dir "$build" --parallel "$(nproc)" --output-on-failure --output-junit "$report" "$@"
 status=$?
 [ -e "$report" ] || exit "$status"

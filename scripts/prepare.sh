@@ -1,7 +1,7 @@
 # What run.sh and test.sh share: installing packages and building. To be sourced by bash, with
-# `root` set to the repository. All output goes to standard error.
+# `root` set to the repository, and `preset` to how to build. All output goes to standard error.
 
-build="$root/build/release"
+build="$root/build/$preset"
 
 build_packages=(g++ cmake ninja-build pkg-config flex bison libboost-dev libsqlite3-dev
     liburiparser-dev libcurl4-openssl-dev libpugixml-dev libcpp-httplib-dev)
@@ -49,7 +49,7 @@ build_targets() {
         flock 9 || exit
         if [ ! -e "$build/build.ninja" ] ||
             { [ "$tests" = ON ] && ! grep -q '^VELCLP_BUILD_TESTS:BOOL=ON$' "$build/CMakeCache.txt"; }; then
-            (cd "$root" && cmake --preset release -DVELCLP_BUILD_TESTS="$tests") || exit
+            (cd "$root" && cmake --preset "$preset" -DVELCLP_BUILD_TESTS="$tests") || exit
         fi
         ninja --quiet -C "$build" "$@"
     ) 9>"$build/.lock" >&2 </dev/null
