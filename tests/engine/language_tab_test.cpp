@@ -92,6 +92,7 @@ TEST_F(TabKey, OffersAssociationsOfATargetAndTheTargetsBehindThem) {
     EXPECT_EQ(sorted("show /admin1=>systemcomponent=>sys"), (Words{"system1", "system2"}));
     EXPECT_EQ(tab("show /admin1=>systemcomponent=>/"), Words{"admin1"});
     EXPECT_EQ(tab("show /admin1=>nosuch=>sys"), Words{});
+    EXPECT_EQ(tab("show /admin1=>systemdevice=>sys"), Words{});
 }
 
 TEST_F(TabKey, OffersPropertyNamesOfTargetsAndAssociations) {

@@ -57,6 +57,7 @@ TEST(Completion, OffersVerbs) {
     EXPECT_EQ(complete("   "), Words{});
     EXPECT_EQ(complete("123 "), Words{});
     EXPECT_EQ(complete("foo "), Words{});
+    EXPECT_EQ(complete("s x"), Words{});
     EXPECT_EQ(complete("foo -a"), Words{});
     EXPECT_EQ(complete("/adm"), Words{});
     EXPECT_EQ(asked.count, 0);

@@ -121,17 +121,39 @@ TEST(Parser, AcceptsOrRefusesTheListOfDisplay) {
 
 TEST(Parser, AcceptsOrRefusesTheFormsOfATarget) {
     const Outcome lines[] = {
-        {"delete admin", 246},  {"cd name", 246},       {"start name", 246},
-        {"load -h name", 246},  {"cd sys*", 246},       {"stop sys*", 246},
-        {"delete sys*", 0},     {"delete =>a", 246},    {"cd session", 246},
-        {"cd a1 b1", 252},      {"cd a1/", 246},        {"show -l 2 sys*", 252},
-        {"show sys*", 0},       {"show =>a", 0},        {"show a1=>b=>c1", 0},
-        {"set =>a=> b=c", 0},   {"set =>a b=c", 246},   {"set sys* b=c", 246},
-        {"create", 242},        {"create name", 242},   {"create a=b", 242},
-        {"create -help", 0},    {"create -version", 0}, {"create -examine", 242},
-        {"create sys*", 0},     {"create sys* a=b", 0}, {"create =>a", 246},
-        {"create SESSION", 0},  {"dump", 245},          {"dump /a1", 245},
-        {"load a1/", 245},      {"load -help", 0},      {"dump -version /a1", 0},
+        {"delete admin", 246},
+        {"cd name", 246},
+        {"start name", 246},
+        {"load -h name", 246},
+        {"cd sys*", 246},
+        {"stop sys*", 246},
+        {"delete sys*", 0},
+        {"delete =>a", 246},
+        {"cd session", 246},
+        {"cd a1 b1", 252},
+        {"cd a1/", 246},
+        {"show -l 2 sys*", 252},
+        {"show sys*", 0},
+        {"show =>a", 0},
+        {"show a1=>b=>c1", 0},
+        {"set =>a=> sessionid=c", 0},
+        {"set =>a b=c", 246},
+        {"set sys* b=c", 246},
+        {"create", 242},
+        {"create name", 242},
+        {"create a=b", 242},
+        {"create -help", 0},
+        {"create -version", 0},
+        {"create -examine", 242},
+        {"create sys*", 0},
+        {"create sys* a=b", 0},
+        {"create =>a", 246},
+        {"create SESSION", 0},
+        {"dump", 245},
+        {"dump /a1", 245},
+        {"load a1/", 245},
+        {"load -help", 0},
+        {"dump -version /a1", 0},
         {"load -examine", 245},
     };
     expectOutcomes(lines);
@@ -236,7 +258,7 @@ TEST(Parser, StoresPropertiesInTheirNormalForm) {
     EXPECT_EQ(assigned("a=\"x,\""), "a=x,");
     EXPECT_EQ(assigned("a=X,Y"), "a=x:y");
     EXPECT_EQ(assigned("a[1]=x a=y"), "a=x,1 a=y");
-    EXPECT_EQ(assigned("a=\"\""), "a=");
+    EXPECT_EQ(assigned("a=\"\" a[1]=x b=\"\""), "a=x,1 b=");
 
     const ParsedLine line("show A b a[0]==1 a[1]==2 a");
     EXPECT_EQ(line.token.getPropertyNames(CLPToken::PROPERTY_NAME),

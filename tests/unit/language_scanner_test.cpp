@@ -54,6 +54,8 @@ std::string spelled(int token) {
            ("(" + std::string(yylval.sval) + ")");
 }
 
+int scannedLength = 0; // of the targets in the last text
+
 // The tokens of a text, scanned in one state as far as the scanner itself goes.
 std::string scan(lex_state state, const std::string& text, bool help = false) {
     flex_init();
@@ -64,6 +66,7 @@ std::string scan(lex_state state, const std::string& text, bool help = false) {
     std::string result;
     for (int token = yylex(); token != 0; token = yylex())
         result += (result.empty() ? "" : " ") + spelled(token);
+    scannedLength = target_length;
     flex_init();
     lex_buf = nullptr;
     return result;
@@ -132,6 +135,7 @@ TEST(Scanner, KnowsEveryFormOfATarget) {
                             {"SESSION", "SESSION(SESSION)"},
                             {"session", "BAD_TARGET"},
                             {"Session1", "BAD_TARGET"},
+                            {"/admin1/session1", "BAD_TARGET"},
                             {"XSESSIONY", "BAD_TARGET"},
                             {"sessiontimeout=5", "BAD_TARGET"},
                             {"=>a", "ASSOC(=>a)"},
@@ -145,6 +149,7 @@ TEST(Scanner, KnowsEveryFormOfATarget) {
                             {"a1=>b1", "BAD_TARGET"}});
     // Once in a target, the rest of the line is scanned as targets.
     EXPECT_EQ(scan(LEX_MAIN, "/a1 name -all"), "PATH(/a1) CLASS(name) BAD_TARGET");
+    EXPECT_EQ(scannedLength, 7);
 }
 
 TEST(Scanner, ReadsEveryWordBehindHelpAsATopic) {
@@ -153,7 +158,7 @@ TEST(Scanner, ReadsEveryWordBehindHelpAsATopic) {
     expectTokens(LEX_HELP_ARG, {{"a  b", "TERM(a) _ TERM(b)"},
                                 {"x==y", "TERM(x==y)"},
                                 {"a\"b=\"", "TERM(a\"b=\")"},
-                                {"-all", "TERM(-all)"},
+                                {"-all -", "TERM(-all) _ TERM(-)"},
                                 {"(", "ILLEGAL"},
                                 {"a,b", "TERM(a) ILLEGAL TERM(b)"},
                                 {"\x80", "ILLEGAL"}});
@@ -197,6 +202,7 @@ TEST(Scanner, ReadsTheListOfOutput) {
                                   {"(all)", "COUNT(all)"},
                                   {"1-5", "RANGE(1,5)"},
                                   {"(00007-99999)", "RANGE(7,99999)"},
+                                  {"3-3", "RANGE(3,3)"},
                                   {"5-1", "BAD_ARG"},
                                   {"123456-1", "BAD_ARG"},
                                   {"-x", "NEXT_OPTION"},
@@ -229,6 +235,8 @@ TEST(Scanner, ReadsPropertyNamesAndValues) {
                              {"A,b_c", "VALUES(a:b_c)"},
                              {"a1,b2", "VALUE(a1) ILLEGAL VALUE(b2)"},
                              {"a.b", "ILLEGAL"},
+                             {"a:b", "VALUE(a) ILLEGAL VALUE(b)"},
+                             {"\"\x80\"", "ILLEGAL ILLEGAL ILLEGAL"},
                              {"a\"b", "ILLEGAL"},
                              {"xSESSION", "ILLEGAL"},
                              {" a", "ILLEGAL VALUE(a)"},

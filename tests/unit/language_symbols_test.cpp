@@ -72,6 +72,9 @@ TEST(Options, AreListedInTheOrderOfTheVerbWithoutTheUnimplementedOnes) {
               (Names{"-examine", "-force", "-help", "-output", "-version", "-wait"}));
     EXPECT_EQ(getSupportedOptions(275),
               (Names{"-destination", "-examine", "-help", "-output", "-version"}));
+    EXPECT_EQ(getSupportedOptions(264),
+              (Names{"-examine", "-help", "-keep", "-output", "-version", "-wait"}));
+    EXPECT_EQ(getSupportedOptions(267), (Names{"-examine", "-help", "-output", "-version"}));
     EXPECT_EQ(getSupportedOptions(265),
               (Names{"-examine", "-source", "-help", "-keep", "-output", "-version", "-wait"}));
     EXPECT_EQ(getSupportedOptions(276),

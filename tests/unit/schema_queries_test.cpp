@@ -10,7 +10,7 @@ using Names = CLPSchema::Names;
 using Pairs = CLPSchema::Pairs;
 
 const char* const CONTENT = "[ZORM_Computer]\n"
-                            "alias=CIM_Computer:ACME_Computer\n"
+                            "alias=CIM_Computer:ACME_Computer:ZORM_Shadowed\n"
                             "parent=zorm_admin\n"
                             "type=dynamic\n"
                             "namespace=root/other\n"
@@ -41,6 +41,7 @@ const char* const CONTENT = "[ZORM_Computer]\n"
                             "[zorm_log]\n"
                             "(log_1)\nufit=nature\nfilter:a=b\n(end)\n"
                             "[end]\n"
+                            "[zorm_shadowed]\nverbs=none\n[end]\n"
                             "[zorm_bare]\n[end]\n";
 
 class SchemaQueries : public testing::Test {
@@ -98,7 +99,8 @@ TEST_F(SchemaQueries, GiveAFilterAsOnePairForEachValue) {
 }
 
 TEST_F(SchemaQueries, GiveWhatAClassDeclaresByItsNameAndByEveryAlias) {
-    for (const char* name : {"ZORM_Computer", "cim_computer", "ACME_Computer"}) {
+    // An alias goes before a section of the same name.
+    for (const char* name : {"ZORM_Computer", "cim_computer", "ACME_Computer", "zorm_shadowed"}) {
         EXPECT_EQ(schema.getType(name), "dynamic");
         EXPECT_EQ(schema.getNS(name), "root/other");
         EXPECT_EQ(schema.getParent(name), "zorm_admin");
