@@ -197,6 +197,9 @@ void CLPCommand::answerFailure(CLPTask& task) {
 }
 
 void CLPCommand::stop(SIG sig) {
+    const char* const function = "CLP.CLPCommand.stop";
+    VELCLP_TRACE(function);
+    VELCLP_LOG_VALUE(function, "job=[%d],sig=[%d]", m_jobId, static_cast<int>(sig));
     VELCLP_ASSERT(sig == TERMINATE || sig == KILLED, "sig==TERMINATE||sig==KILLED");
     m_stop = sig;
 }
@@ -206,8 +209,10 @@ int CLPCommand::getJobID() {
 }
 
 void CLPCommand::checkpoint() {
-    if (stopRequested())
-        pthread_exit(nullptr);
+    if (!stopRequested())
+        return;
+    VELCLP_LOG_BRANCH("CLP.CLPCommand.checkpoint", "job=[%d] ends here", m_jobId);
+    pthread_exit(nullptr);
 }
 
 bool CLPCommand::bBackGround() const {

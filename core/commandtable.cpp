@@ -17,6 +17,7 @@ void stopOne(CLPCommand* command, CLPCommand::SIG sig) {
 } // namespace
 
 void CLPSession::insertCommand(CLPCommand* command) {
+    VELCLP_TRACE("CLP.CLPSession.insertCommand");
     if (command == nullptr)
         return;
     ThreadGuard guard(&m_commandLock);
@@ -24,6 +25,7 @@ void CLPSession::insertCommand(CLPCommand* command) {
 }
 
 void CLPSession::removeCommand(CLPCommand* command) {
+    VELCLP_TRACE("CLP.CLPSession.removeCommand");
     if (command == nullptr)
         return;
     // Called from the destructor of the command's base, where this is the base's operation.
@@ -33,12 +35,14 @@ void CLPSession::removeCommand(CLPCommand* command) {
 }
 
 CLPCommand* CLPSession::findCommand(int jobid) {
+    VELCLP_TRACE("CLP.CLPSession.findCommand");
     ThreadGuard guard(&m_commandLock);
     const auto found = m_commands.find(jobid);
     return found != m_commands.end() ? found->second : nullptr;
 }
 
 bool CLPSession::stopCommand(int jobid, CLPCommand::SIG sig) {
+    VELCLP_TRACE("CLP.CLPSession.stopCommand");
     ThreadGuard guard(&m_commandLock);
     const auto found = m_commands.find(jobid);
     if (found == m_commands.end())
@@ -48,13 +52,15 @@ bool CLPSession::stopCommand(int jobid, CLPCommand::SIG sig) {
 }
 
 int CLPSession::stopFGCommand() {
+    const char* const function = "CLP.CLPSession.stopFGCommand";
+    VELCLP_TRACE(function);
     ThreadGuard guard(&m_commandLock);
     const auto found = std::find_if(m_commands.begin(), m_commands.end(),
                                     [](const auto& entry) { return !entry.second->bBackGround(); });
     if (found == m_commands.end())
         return -1;
     stopOne(found->second, CLPCommand::KILLED);
-    VELCLP_LOG_VALUE("CLP.CLPSession.stopFGCommand", "job=[%d]", found->first);
+    VELCLP_LOG_VALUE(function, "job=[%d]", found->first);
     return found->first;
 }
 
@@ -65,14 +71,17 @@ void CLPSession::stopAll(CLPCommand::SIG sig) {
 }
 
 void CLPSession::killallCommand() {
+    VELCLP_TRACE("CLP.CLPSession.killallCommand");
     stopAll(CLPCommand::KILLED);
 }
 
 void CLPSession::stopallCommand() {
+    VELCLP_TRACE("CLP.CLPSession.stopallCommand");
     stopAll(CLPCommand::TERMINATE);
 }
 
 bool CLPSession::allCommandDone() {
+    VELCLP_TRACE("CLP.CLPSession.allCommandDone");
     ThreadGuard guard(&m_commandLock);
     return m_commands.empty();
 }

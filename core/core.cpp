@@ -140,7 +140,7 @@ void CLPCore::openSession() {
 }
 
 CLPCore::~CLPCore() {
-    VELCLP_LOG_BRANCH("CLP.CLPCore.~CLPCore", "Enter");
+    VELCLP_TRACE("CLP.CLPCore.~CLPCore");
 }
 
 int CLPCore::run(const std::string& line) {
@@ -249,6 +249,7 @@ CLPCommand* CLPCore::createCommand(boost::shared_ptr<CLPToken> token) {
 }
 
 int CLPCore::checkingPrivilege(boost::shared_ptr<CLPToken> token) {
+    VELCLP_TRACE("CLP.CLPCore.checkingPrivilege");
     static const char* const readers[] = {"cd", "help", "show", "version"};
     if (m_privileges == PRIVILEGE_NONE)
         return -1;
@@ -258,6 +259,7 @@ int CLPCore::checkingPrivilege(boost::shared_ptr<CLPToken> token) {
 }
 
 std::string CLPCore::CDT() {
+    VELCLP_TRACE("CLP.CLPCore.CDT");
     return currentDefaultTarget();
 }
 

@@ -73,8 +73,11 @@ void writeRemoteJobState(const std::string& host, const std::string& port, CMPIO
     CMPIData data{};
     data.type = CMPI_uint16;
     data.value.uint16 = state;
-    const std::map<std::string, CMPIData*> properties = {{"JobState", &data}};
-    CLPMisc::setProperty(client.get(), path, properties);
+    // A job that is gone, or a server that fails now, is no reason to end the session.
+    const CMPIrc rc = CLPMisc::writeProperties(client.get(), path, {{"JobState", &data}});
+    if (rc != CMPI_RC_OK)
+        VELCLP_LOG_FAILURE("CLP.writeRemoteJobState", "set JobState failed=[%d]",
+                           static_cast<int>(rc));
 }
 
 } // namespace velmora_clp

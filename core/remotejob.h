@@ -15,7 +15,7 @@ namespace velmora_clp {
 int createRemoteJob(CMCIClient* client, Transport* transport, int keepSeconds, CimPath& path);
 
 // Writes the job's state under the system's own login, whatever the operator may do. A server that
-// cannot be reached is passed over.
+// cannot be reached is passed over; one that refuses is logged.
 void writeRemoteJobState(const std::string& host, const std::string& port, CMPIObjectPath* path,
                          unsigned short state);
 

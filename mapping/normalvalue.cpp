@@ -171,8 +171,15 @@ bool CLPMisc::normalProperty(CMPIConstClass* _class, const std::string& name,
 
 CMPIrc CLPMisc::setProperty(CMCIClient* cc, CMPIObjectPath* op,
                             const std::map<std::string, CMPIData*>& props) {
-    const char* const function = "CLP.CLPMisc.setProperty";
-    VELCLP_TRACE(function);
+    VELCLP_TRACE("CLP.CLPMisc.setProperty");
+    const CMPIrc rc = writeProperties(cc, op, props);
+    VELCLP_ASSERT(rc == CMPI_RC_OK, "status.rc==0");
+    return rc;
+}
+
+CMPIrc CLPMisc::writeProperties(CMCIClient* cc, CMPIObjectPath* op,
+                                const std::map<std::string, CMPIData*>& props) {
+    const char* const function = "CLP.CLPMisc.writeProperties";
     VELCLP_ASSERT(op != nullptr && cc != nullptr, "op!=__null&&cc!=__null");
     VELCLP_ASSERT(!props.empty(), "props.empty()==false");
     CimStatus status;
@@ -184,7 +191,6 @@ CMPIrc CLPMisc::setProperty(CMCIClient* cc, CMPIObjectPath* op,
         velmora_clp::setProperty(ins.get(), name, *data);
     }
     status = cc->ft->setInstance(cc, op, ins.get(), 0, nullptr);
-    VELCLP_ASSERT(status.ok(), "status.rc==0");
     return status.rc();
 }
 

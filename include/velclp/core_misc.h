@@ -65,8 +65,10 @@ public:
     static bool normalValue(const std::string& value, CMPIValue& out, const CMPIType& type,
                             CMPIArray* values, CMPIArray* valuesmap);
 
-    // Writes properties of an object that may be written, by one setInstance call; a failure ends
-    // the process. Gives CMPI_RC_OK.
+    // Writes properties of an object by one setInstance call; gives what that gives.
+    static CMPIrc writeProperties(CMCIClient* cc, CMPIObjectPath* op,
+                                  const std::map<std::string, CMPIData*>& props);
+    // The same for an object that may be written: a failure ends the process. Gives CMPI_RC_OK.
     static CMPIrc setProperty(CMCIClient* cc, CMPIObjectPath* op,
                               const std::map<std::string, CMPIData*>& props);
 

@@ -237,6 +237,7 @@ class Server : CMCIClient {
 public:
     Server() {
         static CMCIClientFT table = {};
+        table.release = release;
         table.getClass = getClass;
         table.getInstance = getInstance;
         table.createInstance = createInstance;
@@ -290,6 +291,13 @@ public:
 
 private:
     static Server* self(CMCIClient* c) { return static_cast<Server*>(c); }
+
+    // The server outlives its clients.
+    static CMPIStatus release(CMCIClient* c) {
+        CMPIStatus status = {CMPI_RC_OK, nullptr};
+        noted(c, {"release", "", ""}, &status);
+        return status;
+    }
 
     static bool noted(CMCIClient* c, Call call, CMPIStatus* rc) {
         Server& server = *self(c);

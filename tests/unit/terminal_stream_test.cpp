@@ -13,6 +13,7 @@
 #include <chrono>
 #include <climits>
 #include <cstring>
+#include <sstream>
 
 namespace {
 
@@ -83,6 +84,23 @@ TEST_F(Streams, NumbersFollowTheStreamsBase) {
     transport.out() << std::dec;
     transport.flush();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "-1 ffffffff 10");
+}
+
+TEST_F(Streams, WordsAreReadFromTheInputStreamAndTheRestOfALineIsIgnored) {
+    input("");
+    std::istringstream typed("one two three");
+    std::streambuf* const before = std::cin.rdbuf(typed.rdbuf());
+    Transport transport("std", -1);
+    std::string word;
+    transport >> word;
+    EXPECT_EQ(word, "one");
+    EXPECT_EQ(transport.ignoreline(5), 5);
+    EXPECT_EQ(transport.ignoreline(0), 0);
+    EXPECT_EQ(transport.ignoreline(-1), -1);
+    char rest[16] = "";
+    transport >> rest;
+    EXPECT_STREQ(rest, "three");
+    std::cin.rdbuf(before);
 }
 
 TEST_F(Streams, ANulTransportSwallowsEverythingAndReadsNothing) {
