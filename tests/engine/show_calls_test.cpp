@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <fstream>
+#include <regex>
 #include <thread>
 
 namespace {
@@ -35,9 +37,29 @@ protected:
         return session.process().output().substr(begin);
     }
 
+    // What is printed when the first call of that operation on the sensors fails, and in the log.
+    std::string failing(const std::string& operation, const std::string& line) {
+        simulator.post("/sim/faults?do=clear", "");
+        simulator.post("/sim/faults",
+                       "kind=error code=1 operation=" + operation + " class=ZORM_NumericSensor");
+        const std::string bytes = session.answer(line);
+        std::ifstream log(directory.file("failures"));
+        std::string failures, record;
+        while (std::getline(log, record))
+            failures += record.substr(record.find(" 1 CLP.") + 3) + "\n";
+        std::ofstream(directory.file("failures"), std::ios::trunc).close();
+        return bytes + std::regex_replace(failures, std::regex("[a-z_]+\\.cpp:[0-9]+: "), "");
+    }
+
+    static SessionOptions logging(const RunDirectory& directory) {
+        SessionOptions options;
+        options.arguments = {"--log", directory.file("failures")};
+        return options;
+    }
+
     RunDirectory directory;
     SimulatorProcess simulator{directory};
-    CommandSession session{directory, simulator.port()};
+    CommandSession session{directory, simulator.port(), logging(directory)};
     int m_jobs = 0;
 };
 
@@ -71,4 +93,17 @@ TEST_F(ShowCalls, AreCutOffBeforeTheNextSectionWhenTheCommandIsStopped) {
         interrupted("show -o format=keyword -display verbs /admin1/system2");
     EXPECT_NE(std::string::npos, keyword.find("ufip=/admin1/system2\r\n"));
     EXPECT_EQ(std::string::npos, keyword.find("begingroup=verbs")) << keyword;
+}
+
+TEST_F(ShowCalls, ThatCannotTellWhetherToPrintPrintNothingAndTellTheLog) {
+    const std::string sensor = "/admin1/system1/sensor12";
+    session.answer("show " + sensor);
+    EXPECT_EQ("CLP.COutputer.CheckSelectorStatic Get Class failed\n",
+              failing("GetClass", "show " + sensor + " elementname"));
+    EXPECT_EQ("CLP.COutputer.CheckSelectorDynamic Get Class failed\n",
+              failing("GetClass", "show " + sensor + " elementname==x"));
+    EXPECT_EQ("CLP.COutputer.CheckSelectorDynamic Cannot get instance\n",
+              failing("GetInstance", "show /admin1/system1/sensor* elementname==x"));
+    EXPECT_EQ(sensor + "\r\n\tproperties\r\nCLP.COutputer.select_properties Get Class failed\n",
+              failing("GetClass", "show -all -display properties " + sensor));
 }
