@@ -159,11 +159,9 @@ void COutputer::ShowTree::printAssociations(const Target& target) {
     m_form->openAssociations();
     for (CMPIObjectPath* path : target.associations) {
         m_command.checkpoint();
-        const std::string cimclass = schemaClassOf(cimClassName(path));
         ShownAssociation association;
-        association.ufct = defaultTagOf(cimclass);
-        if (!m_filter.associations.empty() &&
-            (cimclass.empty() || !listed(m_filter.associations, association.ufct)))
+        association.ufct = defaultTagOf(schemaClassOf(cimClassName(path)));
+        if (!m_filter.associations.empty() && !listed(m_filter.associations, association.ufct))
             continue;
         const CimInstance instance = readInstance(path);
         if (!instance)

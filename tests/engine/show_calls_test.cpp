@@ -77,6 +77,14 @@ TEST_F(ShowCalls, LookUpTheAddressOfATargetOnceForAllItsSections) {
               callsOf("show /admin1/system1/sensor7"));
 }
 
+TEST_F(ShowCalls, ReadAPropertyThatIsComparedAndPrintedOnce) {
+    const std::string calls =
+        callsOf("show -display properties /admin1/system1 powerstate==2 name==sysA");
+    EXPECT_NE(std::string::npos, calls.find("\"ReferenceNames\":{\"total\":1,")) << calls;
+    EXPECT_NE(std::string::npos, calls.find("\"ZORM_ComputerSystem\":1}},\"ReferenceNames\""))
+        << calls;
+}
+
 TEST_F(ShowCalls, InTheTreeFormReadOnlyWhatIsSelected) {
     const std::string calls =
         callsOf("show -o format=keyword -level 2 -display targets=record /admin1/system1/log1");
