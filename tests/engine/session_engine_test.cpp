@@ -192,23 +192,6 @@ TEST_F(Engine, CannotStartWithoutALoginOrAServer) {
     EXPECT_DEATH(CLPSession::createInstance(&params), "Assertion `_cc!=__null'");
 }
 
-TEST_F(Engine, ALineThatFindsNoServerIsRefusedAndTheNextOneRunsWhenItIsBack) {
-    start();
-    const std::string port = simulator.port();
-    simulator.stop();
-    osalog_set_file(directory.file("log"));
-    for (const char* const line : {"show /admin1", "version", "show -help"}) {
-        EXPECT_NE(run(line).find("COMMAND ERROR UNSPECIFIED"), std::string::npos) << line;
-        const std::string log = logged();
-        EXPECT_NE(log.find("Failed to connect cimserver"), std::string::npos) << log;
-        EXPECT_NE(log.find("message[0]=[The cimserver can't be connected.]"), std::string::npos);
-    }
-    EXPECT_EQ(jobs("JobState=4"), "");
-    const SimulatorProcess again(directory, {"--port", port});
-    EXPECT_NE(run("version").find("1.0.2"), std::string::npos);
-    EXPECT_NE(run("cd /admin1/system1").find("/admin1/system1"), std::string::npos);
-}
-
 TEST_F(Engine, TheDefaultTargetIsTheRootUntilItIsAnAddress) {
     start();
     EXPECT_EQ(core->CDT(), "/admin1");
