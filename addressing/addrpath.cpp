@@ -79,6 +79,7 @@ CLPAddrpath::CLPAddrpath(const std::string& cdt, const std::string& address) : p
 bool CLPAddrpath::setPath(const std::string& cdt, const std::string& address) {
     VELCLP_ASSERT(!cdt.empty() && address != "SESSION", "!cdt.empty()&&path!=\"SESSION\"");
     const char* const function = "CLP.CLPAddrpath.setPath";
+    VELCLP_TRACE(function);
     path = "/";
     type = 0;
     if (address.empty()) {

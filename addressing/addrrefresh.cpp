@@ -12,8 +12,7 @@
 
 #include <boost/lexical_cast.hpp>
 
-#include <limits>
-#include <unordered_map>
+#include <algorithm>
 #include <unordered_set>
 
 namespace velmora_clp {
@@ -193,19 +192,17 @@ bool LevelRefresh::isFree(const NewObject& object) {
 // The next number of the level. A counter that fell behind its rows, as in a database that was put
 // back from a copy, catches up.
 int LevelRefresh::counterForNew() {
-    int next = readCounter(function, m_db, m_level.key);
-    if (next < 1) {
-        next = 1;
-        writeCounter(function, m_db, m_level.key, next, true);
-    }
-    return std::max(next, m_highest + 1);
+    const int next = readCounter(function, m_db, m_level.key);
+    if (next == -1)
+        writeCounter(function, m_db, m_level.key, 1, true);
+    return std::max({next, 1, m_highest < lastNumber ? m_highest + 1 : lastNumber});
 }
 
 void LevelRefresh::store(const std::vector<NewObject>& objects) {
     const CacheGuard guard(1);
     DBTransaction transaction(m_db);
     int row = readCounter(function, m_db, rowCounter);
-    if (row < 1) {
+    if (row < 1 || objects.size() > static_cast<std::size_t>(lastNumber - row)) {
         VELCLP_LOG_FAILURE(function, "no number for rows");
         return;
     }
@@ -216,6 +213,10 @@ void LevelRefresh::store(const std::vector<NewObject>& objects) {
     for (const NewObject& object : objects) {
         if (!isFree(object))
             continue;
+        if (next == lastNumber) {
+            VELCLP_LOG_FAILURE(function, "no number left in [%s]", m_level.key.c_str());
+            break;
+        }
         const int number = m_level.numberedByProperty ? object.number : next++;
         CMPIObjectPath* const path = object.found->path;
         insertRow(function, m_db, m_level.key + std::to_string(number), path, row++,
@@ -261,7 +262,7 @@ void CLPAddrSVC::refreshCacheUfct(const std::string& p_ufip, CMPIObjectPath* par
         level.rootNs = ns.empty() ? defaultNs : ns;
     }
     const int nextRow = getNextSeq(rowCounter);
-    level.firstYoungRow = nextRow > 0 ? nextRow : std::numeric_limits<int>::max();
+    level.firstYoungRow = nextRow > 0 ? nextRow : lastNumber;
 
     CimStatus status;
     const CimEnumeration objects(root ? enumerateRoot(level.rootNs, status.out())

@@ -11,7 +11,6 @@
 #include <boost/lexical_cast/try_lexical_convert.hpp>
 
 #include <algorithm>
-#include <limits>
 
 namespace velmora_clp {
 
@@ -188,8 +187,8 @@ bool CLPAddrSVC::setUfip(const CLPAddrpath& path, CMPIObjectPath* object) {
     const auto& [type, property] = schema.getUfit(ufct);
 
     int number = 0;
-    if (suffix != "*" && (!boost::conversion::try_lexical_convert(suffix, number) ||
-                          number == std::numeric_limits<int>::max())) {
+    if (suffix != "*" &&
+        (!boost::conversion::try_lexical_convert(suffix, number) || number == lastNumber)) {
         VELCLP_LOG_FAILURE(function, "number is too large=[%s]", suffix.c_str());
         return false;
     }
@@ -208,7 +207,7 @@ bool CLPAddrSVC::setUfip(const CLPAddrpath& path, CMPIObjectPath* object) {
         VELCLP_LOG_VALUE(function, "aufip=[%s]", aufip.c_str());
         const int id = readCounter(function, *db, rowCounter);
         VELCLP_ASSERT(id != -1, "id!=-1");
-        if (number >= 0 && !isCached(object)) {
+        if (number >= 0 && id < lastNumber && !isCached(object)) {
             insertRow(function, *db, aufip, object, id, cimNameSpace(object));
             writeCounter(function, *db, rowCounter, id + 1, false);
         }
@@ -222,6 +221,10 @@ int CLPAddrSVC::takeNumber(const std::string& key, int requested) {
     const int next = readCounter(function, *db, key);
     if (requested == 0)
         requested = std::max(next, 1);
+    if (requested == lastNumber) {
+        VELCLP_LOG_FAILURE(function, "no number left in [%s]", key.c_str());
+        return -1;
+    }
     if (next == -1 || requested >= next)
         writeCounter(function, *db, key, requested + 1, next == -1);
     return requested;

@@ -96,7 +96,7 @@ int CLPAddrSVC::addCacheItem(const std::string& ufip, CMPIObjectPath* objectpath
     cacheWork(function, [&] {
         DBTransaction transaction(*db);
         const int id = readCounter(function, *db, rowCounter);
-        if (id < 1) {
+        if (id < 1 || id == lastNumber) {
             VELCLP_LOG_FAILURE(function, "no number for the row of [%s]", ufip.c_str());
             return;
         }

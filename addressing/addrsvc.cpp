@@ -102,6 +102,7 @@ std::vector<CMPIObjectPath*> CLPAddrSVC::getCIMObjectPath(const CLPAddrpath& pat
 }
 
 bool CLPAddrSVC::hasTarget(const CLPAddrpath& path) {
+    VELCLP_TRACE("CLP.CLPAddrSVC.hasTarget");
     return !CimPaths(getCIMObjectPath(path)).empty();
 }
 
@@ -123,6 +124,7 @@ void CLPAddrSVC::internalPath(const CLPAddrpath& in, CLPAddrpath& out) {
 }
 
 std::string CLPAddrSVC::normalUfip(const std::string& ufip) {
+    VELCLP_TRACE("CLP.CLPAddrSVC.normalUfip");
     CLPAddrpath path(rootAddress, rootAddress);
     if (!path.setPath(rootAddress, ufip))
         return ufip;

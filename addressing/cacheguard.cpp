@@ -31,6 +31,7 @@ int lockFile(int fd, int operation) {
 
 CacheGuard::CacheGuard(int exclusive) : owned(false) {
     const char* const function = "CLP.CacheGuard.CacheGuard";
+    VELCLP_TRACE(function);
     if (process_locked)
         return;
     if (locked_fd == -1)

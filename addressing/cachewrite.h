@@ -7,12 +7,16 @@
 
 #include <CimClientLib/cmci.h>
 
+#include <limits>
 #include <string>
 
 namespace velmora_clp::addrcache {
 
 // The key of the counter that numbers the rows themselves.
 extern const char* const rowCounter;
+
+// A counter that stands here gives out nothing more.
+constexpr int lastNumber = std::numeric_limits<int>::max();
 
 // A counter's value, -1 when there is none.
 int readCounter(const char* function, DBConnection& db, const std::string& key);

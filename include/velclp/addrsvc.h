@@ -162,7 +162,8 @@ private:
     // Whether an instance passes a tag's filter.
     bool matchTag(const std::string& cimclass, CMPIInstance* instance,
                   const std::vector<std::pair<std::string, std::string>>& filter);
-    // The number that a request (0 for any) gives under a counter, which moves behind it.
+    // The number that a request (0 for any) gives under a counter, which moves behind it; -1 when
+    // there is none left.
     int takeNumber(const std::string& key, int requested);
     // Whether an object has a row.
     bool isCached(CMPIObjectPath* object);

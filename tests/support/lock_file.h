@@ -12,7 +12,10 @@
 // Holds the lock as another process would, until release().
 class ForeignLock {
 public:
-    ForeignLock() : m_fd(open(path().c_str(), O_RDONLY | O_CLOEXEC)) { flock(m_fd, LOCK_EX); }
+    explicit ForeignLock(int operation = LOCK_EX)
+        : m_fd(open(path().c_str(), O_RDONLY | O_CLOEXEC)) {
+        flock(m_fd, operation);
+    }
     ~ForeignLock() { release(); }
     ForeignLock(const ForeignLock&) = delete;
     ForeignLock& operator=(const ForeignLock&) = delete;

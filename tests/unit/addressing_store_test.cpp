@@ -8,6 +8,7 @@
 #include <functional>
 #include <sqlite3.h>
 #include <thread>
+#include <unistd.h>
 
 namespace velmora_clp {
 namespace {
@@ -128,6 +129,27 @@ TEST_F(AddressStoreTest, AFailedStatementLeavesNothingOfAnObject) {
     EXPECT_EQ("/admin1/oem_fan1\n", addresses());
 }
 
+TEST_F(AddressStoreTest, ACounterAtItsEndGivesOutNothingMore) {
+    CLPAddrSVC service(m_server.client());
+    for (const char* counter : {"/", "/admin1/system"})
+        service.setNextSeq(counter, 2147483647, counter[1] != 0);
+    cache(service, "/admin1/oem_fan1", "ZORM_Fan", "x");
+    addSystem("a");
+    EXPECT_EQ("", resolve(service, "system2147483647"));
+    EXPECT_EQ("", addresses());
+    service.setNextSeq("/", 1, false);
+    EXPECT_EQ("", resolve(service, "system1"));
+    const fakecim::Object other = {"ZORM_ComputerSystem", {{"Name", "b"}}, {}};
+    EXPECT_TRUE(service.setUfip(CLPAddrpath("/admin1", "system*"), other.path().get()));
+    EXPECT_EQ("/admin1\n", addresses());
+    EXPECT_TRUE(service.setUfip(CLPAddrpath("/admin1", "system5"), other.path().get()));
+    EXPECT_EQ("/admin1\n/admin1/system5\n", addresses());
+    EXPECT_EQ("2147483647\n", counter("/admin1/system"));
+    // A damaged one starts again.
+    m_directory.execute("clp.db3", "UPDATE addrsvc_seq SET next=-7 WHERE ufip='/admin1/system'");
+    EXPECT_EQ("a", resolve(service, "system1"));
+}
+
 TEST_F(AddressStoreTest, ASecondObjectUnderTheSameAddressIsRefused) {
     CLPAddrSVC service(m_server.client());
     cache(service, "/admin1/oem_fan1", "ZORM_Fan", "x");
@@ -226,26 +248,70 @@ TEST_F(AddressStoreTest, AFailedQueryGivesTheNeutralAnswer) {
 
 TEST_F(AddressStoreTest, TheLockIsSharedForReadingADynamicClassAndNotTakenForAStaticOne) {
     CLPAddrSVC service(m_server.client());
-    const auto lockedBy = [&](const std::function<void()>& work) {
-        // A writer elsewhere lets only readers without a lock pass.
-        ForeignLock lock;
-        std::atomic<bool> done{false};
-        std::thread reader([&] {
-            work();
-            done = true;
-        });
-        for (int i = 0; i < 50 && !done; ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        const bool waited = !done;
-        lock.release();
-        reader.join();
-        return waited;
+    // What the work waits for: 0 for no lock of another process, 1 for that of a writer, 2 for
+    // that of a reader too.
+    const auto waitsFor = [&](const std::function<void()>& work) {
+        int waits = 0;
+        for (const int operation : {LOCK_EX, LOCK_SH}) {
+            ForeignLock lock(operation);
+            std::atomic<bool> done{false};
+            std::thread worker([&] {
+                work();
+                done = true;
+            });
+            for (int i = 0; i < 30 && !done; ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            waits += done ? 0 : 1;
+            lock.release();
+            worker.join();
+        }
+        return waits;
     };
-    EXPECT_FALSE(lockedBy([&] { service.getNextSeq("/admin1/system"); }));
-    EXPECT_TRUE(lockedBy([&] { service.getNextSeq("/admin1/system1/sp1/user"); }));
-    EXPECT_FALSE(lockedBy([&] { service.selectUfip("/admin1/system"); }));
-    EXPECT_TRUE(lockedBy([&] { service.selectUfip("/admin1/system1/sp1/user"); }));
-    EXPECT_TRUE(lockedBy([&] { service.selectSubTargets("/admin1/"); }));
+    const auto cached = [&](const char* address) {
+        CimPaths(service.getCacheItem(CLPAddrpath("/", address)));
+    };
+    const auto object = [](const char* cimclass) {
+        return fakecim::Object{cimclass, {{"InstanceID", "x"}}, {}}.path();
+    };
+    EXPECT_EQ(0, waitsFor([&] { service.getNextSeq("/admin1/system"); }));
+    EXPECT_EQ(1, waitsFor([&] { service.getNextSeq("/admin1/system1/sp1/user"); }));
+    EXPECT_EQ(0, waitsFor([&] { service.selectUfip("/admin1/system"); }));
+    EXPECT_EQ(1, waitsFor([&] { service.selectUfip("/admin1/system1/sp1/user"); }));
+    EXPECT_EQ(1, waitsFor([&] { service.selectSubTargets("/admin1/"); }));
+    EXPECT_EQ(0, waitsFor([&] { cached("/admin1/system*"); }));
+    EXPECT_EQ(1, waitsFor([&] { cached("/admin1/system1/sp1/user1"); }));
+    EXPECT_EQ(0, waitsFor([&] { service.createCIMObjectPathFromDB(9, "zorm_sp", ""); }));
+    EXPECT_EQ(0, waitsFor([&] { service.getUfipFromCache(object("ZORM_SP").get()); }));
+    EXPECT_EQ(0, waitsFor([&] { service.getUfipFromCache(object("ACME_Any").get()); }));
+    EXPECT_EQ(1, waitsFor([&] { service.getUfipFromCache(object("ZORM_Account").get()); }));
+    EXPECT_EQ(1, waitsFor([&] { service.getUfipFromCacheForSEL(object("ZORM_SP").get()); }));
+    EXPECT_EQ(2, waitsFor([&] { service.setNextSeq("/admin1/system", 2, false); }));
+    EXPECT_EQ(2, waitsFor([&] { cache(service, "/admin1/system1", "ZORM_Any", "1"); }));
+    EXPECT_EQ(2, waitsFor([&] { service.deleteUfip("/admin1/system1"); }));
+    EXPECT_EQ(2, waitsFor([&] { service.emptyCacheUfct("/admin1", "system"); }));
+}
+
+void loseTheLockFile() {
+    const RunDirectory directory;
+    directory.write("schema.conf", addressSchema);
+    directory.use();
+    directory.execute("clp.db3", "INSERT INTO addrsvc_seq VALUES('/',1)");
+    fakecim::Server server;
+    CLPAddrSVC service(server.client());
+    unlink(directory.file("schema.conf").c_str());
+    service.emptyCacheUfct("/admin1", "system");
+    try {
+        service.setNextSeq("/", 2, false);
+    } catch (const char* text) {
+        std::fputs(text, stderr);
+        std::exit(3);
+    }
+}
+
+TEST(AddressStoreDeathTest, ALockFileThatIsGoneFailsAWriteButNotTheEmptyingOfAClass) {
+    // In a process of its own, which has no lock file open yet.
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(loseTheLockFile(), testing::ExitedWithCode(3), "Open process lock file failed.");
 }
 
 TEST(AddressStoreDeathTest, AServiceNeedsAClientAndASchemaARoot) {
