@@ -164,10 +164,18 @@ void freePropValue(PropValue* value) {
 }
 
 std::string harmless(std::string text) {
-    for (char& c : text) {
-        const unsigned char byte = static_cast<unsigned char>(c);
-        if ((byte < 0x20 && c != '\t' && c != '\n' && c != '\r') || byte == 0x7f)
-            c = '?';
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const unsigned char byte = static_cast<unsigned char>(text[i]);
+        const unsigned char next =
+            i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : '\0';
+        if (byte == 0xc2 && next >= 0x80 && next < 0xa0) {
+            text.replace(i, 2, "?");
+        } else if (byte == '\r') {
+            if (next != '\n')
+                text[i] = '?';
+        } else if ((byte < 0x20 && byte != '\t' && byte != '\n') || byte == 0x7f) {
+            text[i] = '?';
+        }
     }
     return text;
 }

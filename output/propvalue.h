@@ -18,8 +18,8 @@ OwnedPropValue copyValue(const CMPIData& data);
 // The same with the property's Values and ValueMap from the class, which may be null.
 OwnedPropValue copyValue(const CMPIData& data, CMPIConstClass* cimclass, const std::string& name);
 
-// The text with control characters other than tab, line feed and carriage return replaced by "?",
-// since values come from outside and terminals obey such characters.
+// The text with control characters replaced by "?", those of ISO 6429's C1 set in UTF-8 too, since
+// values come from outside and terminals obey such characters. Tabs and line ends stay.
 std::string harmless(std::string text);
 
 // A value as it is shown, and what the qualifiers call it.

@@ -221,6 +221,8 @@ TEST(ShownValue, ThatIsNullIsCalledSo) {
 TEST(ShownValue, CannotGiveOrdersToTheTerminal) {
     const OwnedPropValue value = text("a\x1b[2Jb\x07\x7f\tc\xc3\xa4");
     EXPECT_EQ("a?[2Jb??\tc\xc3\xa4", shownText(*value->data, nullptr, nullptr).value);
+    const OwnedPropValue disguised = text("a\xc2\x9bJ\xc2\xa9\rstatus=0\r\nb\r");
+    EXPECT_EQ("a?J\xc2\xa9?status=0\r\nb?", shownText(*disguised->data, nullptr, nullptr).value);
 }
 
 TEST(TextProperties, AreInTheOrderOfTheirNames) {
