@@ -156,7 +156,8 @@ std::string realToText(double number, CimType type) {
         return number < 0 ? "-INF" : "INF";
     }
     std::array<char, 40> text{};
-    const int digits = type == CimType::real32 ? 7 : 16;
+    // Behind the point: with the one before it, enough for the same number to be read again.
+    const int digits = type == CimType::real32 ? 8 : 16;
     const int length = std::snprintf(text.data(), text.size(), "%.*e", digits, number);
     return {text.data(), static_cast<std::size_t>(length)};
 }

@@ -163,13 +163,17 @@ std::int64_t nowMicroseconds() {
 }
 
 std::string timeText(std::int64_t microseconds) {
-    const std::time_t seconds = microseconds / second;
+    // The years 0 to 9999 are all that the form can hold.
+    constexpr std::int64_t first = -62167219200 * second;
+    constexpr std::int64_t last = 253402300800 * second - 1;
+    const std::int64_t since = std::clamp(microseconds, first, last) - first;
+    const std::time_t seconds = since / second + first / second;
     std::tm time{};
     gmtime_r(&seconds, &time);
     std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "%04d%02d%02d%02d%02d%02d.%06d+000",
                   time.tm_year + 1900, time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min,
-                  time.tm_sec, static_cast<int>(microseconds % second));
+                  time.tm_sec, static_cast<int>(since % second));
     return text.data();
 }
 

@@ -50,12 +50,17 @@ TEST(Clock, IsReadAndSet) {
             .toString();
     };
     EXPECT_TRUE(velclp_sim::isDatetime(read()));
-    EXPECT_EQ(controller.call(clock, "ManageTime",
-                              {{"GetRequest", false},
-                               {"ManagedElement", sp},
-                               {"TimeData", "20310203040500.000000+060"}}),
-              0u);
+    const auto set = [&](const char* time) {
+        return controller.call(clock, "ManageTime",
+                               {{"GetRequest", false}, {"ManagedElement", sp}, {"TimeData", time}});
+    };
+    EXPECT_EQ(set("20310203040500.000000+060"), 0u);
     EXPECT_EQ(read().substr(0, 12), "203102030305");
+    EXPECT_EQ(set("19610203040500.250000+000"), 0u);
+    EXPECT_EQ(read().substr(0, 12), "196102030405");
+    EXPECT_TRUE(velclp_sim::isDatetime(read())) << read();
+    EXPECT_EQ(set("99991231235959.999999-720"), 0u);
+    EXPECT_EQ(read(), "99991231235959.999999+000");
 }
 
 TEST(Clock, RefusesWhatIsNoTime) {

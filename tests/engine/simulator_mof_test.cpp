@@ -51,7 +51,7 @@ class T { [Key] string K; /* another
 INSTANCE OF t {
    k = "a" " " "b";
    Big = 18446744073709551615; Small = -9223372036854775808;
-   Hex = 0xfF; Bin = 101B; Oct = 0755; R = -1.5e+3; F = .25;
+   Hex = 0xfF; Bin = 101B; Oct = 0755; R = -1.5e+3; F = .100000006e4;
    B = TRUE; C = 'x'; D = "20240131123456.654321+060";
    Text = "tab\tnew\nquote\"back\\ \x41\x00e9 \x20AC";
    Nothing = null; List = { 1, 0x2, 3 }; Words = { }; Flags = { true, FALSE };
@@ -66,7 +66,7 @@ INSTANCE OF t {
     EXPECT_EQ(value("Bin"), "5");
     EXPECT_EQ(value("Oct"), "493");
     EXPECT_EQ(value("R"), "-1.5000000000000000e+03");
-    EXPECT_EQ(value("F"), "2.5000000e-01");
+    EXPECT_EQ(value("F"), "1.00000006e+03");
     EXPECT_EQ(value("B"), "TRUE");
     EXPECT_EQ(value("C"), "x");
     EXPECT_EQ(value("D"), "20240131123456.654321+060");
