@@ -66,6 +66,7 @@ inline const char* const addressSchema =
     "(record_1)\n(end)\n"
     "[end]\n"
     "[zorm_device]\n(device_1)\n(end)\n[end]\n"
+    "[zorm_lost]\nparent=zorm_sp\n(lost_1)\n(end)\n[end]\n"
     "[zorm_orphan]\n"
     "(orphan_1)\n(end)\n"
     "[end]\n";

@@ -143,6 +143,7 @@ TEST_F(AddressResolveTest, ANumberCanBeAnElementOfAnArray) {
     EXPECT_THROW(m_service.getUfisFromCIMObjectPath(path.get(), "Location#1"),
                  boost::bad_lexical_cast);
     EXPECT_DEATH(m_service.getUfisFromCIMObjectPath(path.get(), "Location#3"), "m>=pos");
+    EXPECT_DEATH(m_service.getUfisFromCIMObjectPath(path.get(), "Location#1#2"), "n<=2");
     EXPECT_DEATH(m_service.getUfisFromCIMObjectPath(path.get(), "InstanceID#1"),
                  "\\(\\(data.type\\) & \\(\\(1\\)<<13\\)\\)");
 }
@@ -274,6 +275,42 @@ TEST_F(AddressResolveTest, AssociationInstancesAreFoundByOneEndOrByBoth) {
     EXPECT_DEATH(ties("/admin1", "device", "/admin1/system1/oem_fan*"), "m<=1");
 }
 
+TEST_F(AddressResolveTest, ATreeThatTheSchemaDoesNotJoinEndsTheProcess) {
+    const fakecim::Object& a = addSystem("a");
+    addBelow(a, "ZORM_Part", "ZORM_SP", "sp");
+    const fakecim::Object& lost = addBelow(a, "ZORM_Part", "ZORM_Lost", "lost");
+    // A fork of this process has no database.
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_DEATH(resolve(m_service, "system1/sp1/lost1"), "aa.empty\\(\\)!=true");
+    EXPECT_DEATH(m_service.getUfip(lost.path().get()), "!aa.empty\\(\\)");
+    EXPECT_DEATH(m_service.getAssocClass("zorm_orphan", "zorm_sp"), "n>=1");
+    EXPECT_DEATH(m_service.refreshCache(CLPAddrpath("/", "/system1")), "n>1");
+}
+
+// The admin class and the one below it lie in a namespace of their own.
+void resolveInOtherNamespaces() {
+    const RunDirectory directory;
+    directory.write("schema.conf", "[zorm_admindomain]\nnamespace=root/top\n"
+                                   "children:zorm_has=zorm_computersystem\n(admin_1)\n(end)\n"
+                                   "[end]\n[zorm_computersystem]\nnamespace=root/other\n"
+                                   "parent=zorm_admindomain\n(system_1)\n(end)\n[end]\n");
+    directory.use();
+    fakecim::Server server;
+    server.add({"ZORM_AdminDomain", {{"Name", "root"}}, {}, "root/top"});
+    server.add({"ZORM_ComputerSystem", {{"Name", "a"}}, {}, "root/sub"});
+    server.link("ZORM_Has", server.objects.front(), server.objects.back());
+    CLPAddrSVC service(server.client());
+    service.hasTarget(CLPAddrpath("/", "/admin1/system1"));
+    std::fputs(directory.query("clp.db3", "SELECT ufip,ns FROM addrsvc_clp").c_str(), stderr);
+    std::exit(service.getUfip(server.objects.back().path().get()) == "/admin1/system1" ? 3 : 4);
+}
+
+TEST(AddressNamespaceDeathTest, TheRootTakesTheSchemasNamespaceAndWhatIsBelowTheServers) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(resolveInOtherNamespaces(), testing::ExitedWithCode(3),
+                "/admin1\\|root/top\n/admin1/system1\\|root/sub");
+}
+
 TEST_F(AddressResolveTest, AnEnumerationIsSearchedFromWhereItStands) {
     addSystem("a");
     const fakecim::Object& b = addSystem("b");
@@ -286,6 +323,10 @@ TEST_F(AddressResolveTest, AnEnumerationIsSearchedFromWhereItStands) {
     EXPECT_FALSE(m_service.objectExistInCIMOM(all.get(), path.get()));
     EXPECT_FALSE(m_service.objectExistInCIMOM(twice.get(), admin.get()));
     EXPECT_FALSE(m_service.objectExistInCIMOM(nullptr, path.get()));
+    // The names of a class's instances come without a namespace.
+    const CimEnumeration roots(m_server.client()->ft->enumInstanceNames(
+        m_server.client(), admin.get(), CimStatus().out()));
+    EXPECT_TRUE(m_service.objectExistInCIMOM(roots.get(), admin.get()));
     EXPECT_FALSE(m_service.objectExistInCIMOM(twice.get(), nullptr));
 }
 

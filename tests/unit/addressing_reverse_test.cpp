@@ -186,6 +186,7 @@ TEST_F(AddressReverseTest, AFilterMatchesTheRawValueOrItsTextInAnyCase) {
     m_server.classes["ZORM_ComputerSystem"] = {
         {{"State",
           {CMPI_uint16, {{"Values", {"Enabled", "Off", "Late"}}, {"ValueMap", {"2", "3"}}}}},
+         {"Twice", {CMPI_uint16, {{"Values", {"Off", "Enabled"}}, {"ValueMap", {"2", "2"}}}}},
          {"Half", {CMPI_uint16, {{"Values", {"Enabled"}}}}},
          {"Plain", {CMPI_string, {}}},
          {"Empty", {CMPI_uint16, {{"Values", {}}, {"ValueMap", {}}}}}}};
@@ -195,6 +196,8 @@ TEST_F(AddressReverseTest, AFilterMatchesTheRawValueOrItsTextInAnyCase) {
     const auto two = fakecim::number(CMPI_uint16, "2");
     EXPECT_TRUE(matches("State", two, "2"));
     EXPECT_TRUE(matches("State", two, "enabled"));
+    EXPECT_EQ("12", m_server.calls.back().detail);
+    EXPECT_TRUE(matches("Twice", two, "enabled"));
     EXPECT_FALSE(matches("State", two, "Enabled"));
     EXPECT_FALSE(matches("State", two, "off"));
     EXPECT_TRUE(matches("Plain", fakecim::text("BLADE"), "blade"));

@@ -285,6 +285,16 @@ TEST_F(AddressStoreTest, TheLockIsSharedForReadingADynamicClassAndNotTakenForASt
     EXPECT_EQ(0, waitsFor([&] { service.getUfipFromCache(object("ACME_Any").get()); }));
     EXPECT_EQ(1, waitsFor([&] { service.getUfipFromCache(object("ZORM_Account").get()); }));
     EXPECT_EQ(1, waitsFor([&] { service.getUfipFromCacheForSEL(object("ZORM_SP").get()); }));
+    // A refresh that finds nothing to write.
+    const CimPath parent = m_admin->path();
+    addSystem("a");
+    resolve(service, "system1");
+    EXPECT_EQ(0, waitsFor([&] {
+                  service.refreshCacheUfct("/admin1", parent.get(), "zorm_has", "system");
+              }));
+    EXPECT_EQ(2, waitsFor([&] {
+                  service.refreshCacheUfct("/admin1/system1/sp1", parent.get(), "zorm_has", "user");
+              }));
     EXPECT_EQ(2, waitsFor([&] { service.setNextSeq("/admin1/system", 2, false); }));
     EXPECT_EQ(2, waitsFor([&] { cache(service, "/admin1/system1", "ZORM_Any", "1"); }));
     EXPECT_EQ(2, waitsFor([&] { service.deleteUfip("/admin1/system1"); }));
@@ -313,6 +323,10 @@ TEST(AddressStoreDeathTest, ALockFileThatIsGoneFailsAWriteButNotTheEmptyingOfACl
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_EXIT(loseTheLockFile(), testing::ExitedWithCode(3), "Open process lock file failed.");
 }
+
+// The service's layout is part of its interface: the client and the connection alone.
+static_assert(sizeof(CLPAddrSVC) == 3 * sizeof(void*) &&
+              std::has_virtual_destructor<CLPAddrSVC>::value);
 
 TEST(AddressStoreDeathTest, AServiceNeedsAClientAndASchemaARoot) {
     RunDirectory directory;
