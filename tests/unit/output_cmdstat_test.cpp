@@ -53,6 +53,11 @@ TEST(ResponseVerbosity, IsTerseUnlessTheLineSaysVerboseOrError) {
     EXPECT_EQ(4, COutputer::output_verbose(parsed("version -o terse")));
     EXPECT_EQ(5, COutputer::output_verbose(parsed("version -o verbose")));
     EXPECT_EQ(6, COutputer::output_verbose(parsed("version -o error")));
+    const auto line = parsed("version -o error");
+    line->_Options.addNode({"option", "-output", "verbose"});
+    EXPECT_EQ(5, COutputer::output_verbose(line));
+    line->_Options.addNode({"option", "-output", "terse"});
+    EXPECT_EQ(4, COutputer::output_verbose(line));
 }
 
 TEST(XmlEscaping, TouchesTheAngleBracketsAlone) {

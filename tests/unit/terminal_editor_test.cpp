@@ -123,6 +123,7 @@ TEST_F(Editor, APromptThatIsWiderThanTheWindowTakesSeveralRows) {
     prompt = "controller> ";
     EXPECT_EQ(type("show" + LEFT + LEFT + "x", 5), "shxow");
     EXPECT_EQ(rows(), (Rows{"contr", "oller", "> shx", "ow"}));
+    EXPECT_EQ(stream->written.substr(0, 14), "contr\noller\n> ");
     EXPECT_EQ(LineEdit::m_begin, -2);
     prompt = "-->> ";
     EXPECT_EQ(type("show" + LEFT + "\177", 5), "shw");
@@ -152,13 +153,19 @@ TEST_F(Editor, BackspaceAndDeleteFollowTheTerminalsName) {
     EXPECT_EQ(type("ab\010X"), "aX") << "no name is a vt100";
     setenv("TERM", "XTERM", 1);
     EXPECT_EQ(type("ab\177X\r"), "aX");
+    PreparedStream terminal(20);
+    terminal.keys = "cd\r\nshow\r\n";
+    char buf[8];
+    EXPECT_EQ(LineEdit(&terminal).getLine(buf, sizeof buf, true, nullptr), 2);
+    EXPECT_EQ(LineEdit(&terminal).getLine(buf, sizeof buf, true, nullptr), 4)
+        << "a byte behind the end of a line is dropped";
 }
 
 TEST_F(Editor, EscapeSequencesItDoesNotKnowAreDroppedWithoutLosingTheRest) {
     EXPECT_EQ(type("a\033[Hb"), "a");
     EXPECT_EQ(type("a\033[H~b"), "ab");
     EXPECT_EQ(type("a" + DEL + "b"), "ab");
-    EXPECT_EQ(type("a\033[3xb"), "ab");
+    EXPECT_EQ(type("ab" + LEFT + "\033[3xc"), "acb");
     EXPECT_EQ(type("a\033"), "a");
 }
 
@@ -214,6 +221,12 @@ TEST_F(Editor, SeveralCompletionsAreListedAndTheirCommonPartFilledIn) {
     EXPECT_EQ(rows(), (Rows{"-> s", "start    stop", "-> st"}));
     EXPECT_EQ(type("s" + LEFT + "\t"), "st");
     EXPECT_EQ(rows(), (Rows{"-> s", "start    stop", "-> st"}));
+    LineEdit::helpFunc = [](const std::string&) {
+        return std::vector<std::string>{"sensor7", "sensor12", "slot3", "sp1"};
+    };
+    EXPECT_EQ(type("s\t"), "s");
+    EXPECT_EQ(rows(), (Rows{"-> s", "sensor7    sensor12", "   slot3    sp1", "-> s"}));
+    EXPECT_EQ(stream->written, "-> s\nsensor7    sensor12 \n   slot3    sp1\n-> s");
     LineEdit::helpFunc = [](const std::string&) { return std::vector<std::string>(); };
     EXPECT_EQ(type("s\t"), "s");
     EXPECT_EQ(rows(), (Rows{"-> s"}));
