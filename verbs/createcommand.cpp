@@ -86,7 +86,17 @@ bool CLPCreateCommand::mayCreate(CLPAddrSVC& addresses, CLPMapping& mapping, CLP
         return false;
     if (address.getTerms().size() > 1 && !hasParent(addresses, address))
         return refuseParent();
-    return address.getType() != 0 || isFree(addresses, address, ufct);
+    return address.getType() != 0 ? hasNumberLeft(addresses, address)
+                                  : isFree(addresses, address, ufct);
+}
+
+// A class whose counter is at its end can take no further object.
+bool CLPCreateCommand::hasNumberLeft(CLPAddrSVC& addresses, const CLPAddrpath& address) {
+    CLPAddrpath internal("/", "/");
+    addresses.internalPath(address, internal);
+    if (addresses.getNextSeq(internal.getResultantTarget() + "/" + tagOf(internal)) == INT_MAX)
+        return refuse(JobError::CIM_ERR_ALREADY_EXISTS);
+    return true;
 }
 
 bool CLPCreateCommand::hasParent(CLPAddrSVC& addresses, const CLPAddrpath& address) const {

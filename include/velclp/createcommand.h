@@ -24,6 +24,7 @@ private:
     // Each false leaves the error in the command.
     bool mayCreate(CLPAddrSVC& addresses, CLPMapping& mapping, CLPAddrpath& address);
     bool isFree(CLPAddrSVC& addresses, const CLPAddrpath& address, const std::string& ufct);
+    bool hasNumberLeft(CLPAddrSVC& addresses, const CLPAddrpath& address);
     bool refuse(JobError::stat cimStatus);
     bool refuseParent();
     bool hasParent(CLPAddrSVC& addresses, const CLPAddrpath& address) const;

@@ -186,6 +186,21 @@ TEST_P(FailingStatement, IsAnsweredAndCostsNoNumber) {
 INSTANTIATE_TEST_SUITE_P(Of, FailingStatement, testing::ValuesIn(LINES),
                          [](const auto& test) { return std::string(test.param.name); });
 
+// ---- Counters at their end ----
+
+TEST_F(CacheFaults, ACreateThatNoNumberIsLeftForIsRefusedBeforeAnythingIsMade) {
+    const std::string number = "/admin1/system1/sp1/user2147483646";
+    EXPECT_EQ(number + "\r\n\tuserid=max\r\n", answer("create " + number + " userid=max"));
+    for (const char* suffix : {"*", "2147483647", "99999999999999999999"}) {
+        const std::string bytes =
+            answer(std::string("create -o format=keyword /admin1/system1/sp1/user") + suffix +
+                   " userid=next");
+        EXPECT_NE(std::string::npos, bytes.find("\r\ncimstat=11\r\n")) << bytes;
+    }
+    EXPECT_EQ(std::string::npos, m_simulator.get("/sim/model").find("\"next\""));
+    EXPECT_NE(std::string::npos, m_simulator.get("/sim/model").find("\"max\""));
+}
+
 // ---- Files that go or change ----
 
 class CacheFile : public CacheFaults {
