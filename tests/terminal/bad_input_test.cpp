@@ -8,10 +8,11 @@ namespace {
 
 class BadInput : public OperatorsTerminal {
 protected:
-    // A line behind whatever was typed before is run.
+    // A line behind whatever was typed before is run: output that was stopped goes on, and a line
+    // that was begun, or continued, is ended.
     void expectAlive() {
         const std::string line = "help -o format=keyword alive" + std::to_string(++m_lines);
-        session->type(CTRL_C + line + "\r");
+        session->type("\021\r\r" + line + "\r");
         session->expect("commandline=" + line + "\n");
         session->expect("endoutput\n");
         session->prompt();
