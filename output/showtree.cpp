@@ -12,6 +12,14 @@
 
 namespace velmora_clp {
 
+namespace {
+
+std::string associationTag(CMPIObjectPath* path) {
+    return defaultTagOf(schemaClassOf(cimClassName(path)));
+}
+
+} // namespace
+
 COutputer::ShowTree::ShowTree(COutputer& output, const CLPToken& line, const _show_filter& filter,
                               int form, CLPCommand& command)
     : m_output(output),
@@ -60,6 +68,8 @@ void COutputer::ShowTree::printTarget(const TargetGroup& group, Target& target) 
         // The server is not asked for what is not selected anyway.
         const CimInstance instance =
             isSelected(group, target) ? readInstance(target.object) : nullptr;
+        if (instance)
+            dropUnselectedAssociations(target);
         std::vector<ShownProperty> properties;
         shown = instance && collectProperties(group, target, instance.get(), properties);
         if (shown)
@@ -155,14 +165,27 @@ void COutputer::ShowTree::printSections(const TargetGroup& group, const Target& 
     m_form->closeInstance();
 }
 
+// Before anything of the target is printed, since a class without a prefix ends the command.
+void COutputer::ShowTree::dropUnselectedAssociations(Target& target) const {
+    if (m_filter.associations.empty())
+        return;
+    std::list<CMPIObjectPath*>& paths = target.associations;
+    for (auto path = paths.begin(); path != paths.end();) {
+        if (listed(m_filter.associations, associationTag(*path))) {
+            ++path;
+            continue;
+        }
+        const CimPath dropped(*path);
+        path = paths.erase(path);
+    }
+}
+
 void COutputer::ShowTree::printAssociations(const Target& target) {
     m_form->openAssociations();
     for (CMPIObjectPath* path : target.associations) {
         m_command.checkpoint();
         ShownAssociation association;
-        association.ufct = defaultTagOf(schemaClassOf(cimClassName(path)));
-        if (!m_filter.associations.empty() && !listed(m_filter.associations, association.ufct))
-            continue;
+        association.ufct = associationTag(path);
         const CimInstance instance = readInstance(path);
         if (!instance)
             continue;

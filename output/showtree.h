@@ -24,6 +24,7 @@ private:
     void printSections(const TargetGroup& group, const Target& target,
                        const std::vector<ShownProperty>& properties);
     void printAssociations(const Target& target);
+    void dropUnselectedAssociations(Target& target) const;
 
     void cutToPage(TargetGroup& group) const;
     bool isSelected(const TargetGroup& group, const Target& target) const;
