@@ -45,16 +45,25 @@ private:
     std::vector<char> m_buffer;
 };
 
-// Lines of a pipe or file, read byte by byte so that what stands behind a line is left to the
-// program that the line starts. A backtick at a line's end continues it, as on a terminal; the
-// last line needs no end.
+// Lines of a pipe, a file or a socket. Nothing is taken but the line: what stands behind it is left
+// to the program that the line starts. A backtick at a line's end continues it, as on a terminal;
+// the last line needs no end.
 class PipedLines : public LineSource {
 public:
-    explicit PipedLines(Transport& transport) : m_transport(transport) {}
+    explicit PipedLines(Transport& transport);
+    PipedLines(const PipedLines&) = delete;
+    PipedLines& operator=(const PipedLines&) = delete;
+    ~PipedLines() override;
     Result next(std::string& line) override;
 
 private:
+    std::size_t lookAhead();
+    std::size_t restOfLine();
+
     Transport& m_transport;
+    unsigned m_kind; // of the input, as in st_mode
+    int m_copies[2]; // a pipe for copies of what stands in another one
+    std::vector<char> m_buffer;
 };
 
 } // namespace host

@@ -136,6 +136,9 @@ TEST_F(Engine, WordsOfOutsideProgramsRunThemInAnyCaseWithTheirArguments) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "Syntax error: Unterminated quoted string.\n");
     EXPECT_NE(run("version").find("1.0.2"), std::string::npos);
+    directory.write("tolmax", "#!/bin/sh\nls /proc/self/fd > " + directory.file("called") + "\n");
+    run("tolmax");
+    EXPECT_EQ(directory.read("called"), "0\n1\n2\n3\n") << "3 is its own look at them";
 }
 
 TEST_F(Engine, EmptyLinesPrintNothingAndExitEndsTheSession) {
