@@ -14,7 +14,6 @@ namespace velclp_sim {
 
 namespace {
 
-constexpr int keepAliveMilliseconds = 600 * 1000;
 constexpr int transferMilliseconds = 30 * 1000;
 constexpr std::size_t inputSize = 16 * 1024;
 constexpr std::size_t gatheredSize = 64 * 1024;
@@ -47,7 +46,7 @@ bool Connection::await(short events, int milliseconds) const {
 }
 
 bool Connection::awaitRequest() {
-    return good_ && (inAt_ < in_.size() || await(POLLIN, keepAliveMilliseconds)) && !ending();
+    return good_ && (inAt_ < in_.size() || await(POLLIN, keepAliveSeconds * 1000)) && !ending();
 }
 
 bool Connection::ending() const {

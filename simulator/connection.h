@@ -10,6 +10,9 @@ namespace velclp_sim {
 
 class Connection : public httplib::Stream {
 public:
+    /// How long a connection is kept without a request.
+    static constexpr int keepAliveSeconds = 600;
+
     /// `wake` becomes readable when the server ends; both descriptors stay the caller's.
     Connection(int socket, int wake) : socket_(socket), wake_(wake) {}
 

@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <thread>
 
 namespace velclp_sim {
@@ -24,6 +25,19 @@ constexpr int backlog = 1024;
 
 /// The connection that this thread is serving.
 thread_local Connection* current = nullptr;
+/// Whether the request was read as a whole: what is no HTTP ends where the library gave it up.
+thread_local bool understood = false;
+
+void refuse(const httplib::Request& request, httplib::Response& response) {
+    if (understood) {
+        return;
+    }
+    // A client that tries M-POST first falls back on POST (DSP0200).
+    if (request.method == "M-POST") {
+        response.status = 501;
+    }
+    response.set_header("Connection", "close");
+}
 
 void setFlag(int socket, int level, int option) {
     const int on = 1;
@@ -35,6 +49,14 @@ void setFlag(int socket, int level, int option) {
 HttpServer::HttpServer() : wake_(::eventfd(0, EFD_CLOEXEC)) {
     new_task_queue = [] { return new ConnectionPool; };
     set_payload_max_length(maxRequestSize);
+    // Only what replies say of the connection: see Connection.
+    set_keep_alive_timeout(Connection::keepAliveSeconds);
+    set_keep_alive_max_count(std::numeric_limits<int>::max());
+    set_pre_routing_handler([](const httplib::Request&, httplib::Response&) {
+        understood = true;
+        return HandlerResponse::Unhandled;
+    });
+    set_error_handler(refuse);
     // Unlike the library's default this one refuses a port that another server has.
     set_socket_options([this](int socket) {
         setFlag(socket, SOL_SOCKET, SO_REUSEADDR);
@@ -93,7 +115,9 @@ bool HttpServer::process_and_close_socket(socket_t socket) {
     bool good = true;
     bool closed = false;
     while (good && !closed && connection.awaitRequest()) {
-        good = process_request(connection, false, closed, nullptr) && connection.flush();
+        understood = false;
+        good =
+            process_request(connection, false, closed, nullptr) && connection.flush() && understood;
     }
     current = nullptr;
     ::shutdown(socket, SHUT_RDWR);

@@ -212,8 +212,16 @@ TEST_F(SimulatorServer, TakesWhateverBytesAClientSends) {
     }
     const Client refused(m_port);
     refused.send(http("POST", "/cimom", "<CIM"));
-    EXPECT_NE(refused.receive("\r\n\r\n").find("CIMError: request-not-well-formed\r\n"),
-              std::string::npos);
+    const std::string refusal = refused.receive("\r\n\r\n");
+    EXPECT_NE(refusal.find("CIMError: request-not-well-formed\r\n"), std::string::npos);
+    EXPECT_NE(refusal.find("Keep-Alive: timeout=600,"), std::string::npos) << "as it is kept";
+    for (const std::string method : {"BREW", "M-POST"}) {
+        const Client other(m_port);
+        other.send(http(method, "/cimom", "<CIM"));
+        const std::string replies = other.receive("");
+        EXPECT_EQ(replies.substr(0, 13), method == "BREW" ? "HTTP/1.1 400 " : "HTTP/1.1 501 ");
+        EXPECT_EQ(replies.rfind("HTTP/1.1 "), 0U) << "one reply, and then the end";
+    }
     const Client client(m_port);
     client.send(getInstance());
     EXPECT_NE(client.receive("</CIM>\n").find("<VALUE>3</VALUE>"), std::string::npos);
