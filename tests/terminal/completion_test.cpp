@@ -165,7 +165,8 @@ TEST_F(Completion, InAWrappedLineKeepsTheScreenInOrder) {
          {"-> show -display tar", "gets /admin1/sys", "system1    system2", "-> show -display tar",
           "gets /admin1/system|"}},
         {"st", {"-> st", "start    stop", "-> st|"}},
-        {"create /admin1", {"-> create /admin1|"}},
+        {"show -display targets /nosuch" + LEFT + TAB + "x",
+         {"-> show -display tar", "gets /nosucx|h"}},
         {"show /admin1/syste",
          {"-> show /admin1/syst", "e", "system1    system2", "-> show /admin1/syst", "em|"}},
         {"show /admin1 name",
@@ -193,6 +194,7 @@ TEST_F(Completion, InAContinuedLineSeesTheWholeLine) {
           "/admin1/system|"}},
         {"show `\r-l" + LEFT, {"-> show `", "-level|"}},
         {"sh`\ro", {"-> sh`", "ow|"}},
+        {"show `\r/nosuch" + LEFT + TAB + "x", {"-> show `", "/nosucx|h"}},
         {"show /admin1 `\rna",
          {"-> show /admin1 `", "na", "Name    NameFormat", "-> show /admin1 `", "name|"}},
     };
@@ -220,8 +222,8 @@ TEST_F(Completion, ListsAThousandTargetsAtOnce) {
     const std::string listed = session->prompt();
     const auto taken = std::chrono::steady_clock::now() - begin;
     EXPECT_GT(std::count(listed.begin(), listed.end(), 'c'), 900);
-    // Some milliseconds; a machine that does other work may take longer.
-    EXPECT_LT(taken, std::chrono::milliseconds(500));
+    // Some ten milliseconds; a machine that does other work may take longer.
+    EXPECT_LT(taken, std::chrono::seconds(1));
 }
 
 } // namespace
