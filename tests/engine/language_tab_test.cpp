@@ -56,6 +56,7 @@ TEST_F(TabKey, OffersTargetsFromTheCacheAloneAndAsksTheServerNothing) {
     EXPECT_EQ(tab("show /"), Words{"admin1"});
     EXPECT_EQ(tab("show /ad"), Words{"admin1"});
     EXPECT_EQ(tab("show S"), Words{"SESSION"});
+    EXPECT_EQ(tab("show SESSION/"), Words{});
     EXPECT_EQ(tab("show /admin1/"), Words{});
     EXPECT_EQ(tab("show "), Words{});
     EXPECT_EQ(simulator->get("/sim/stats"), before);
@@ -103,6 +104,9 @@ TEST_F(TabKey, OffersPropertyNamesOfTargetsAndAssociations) {
     EXPECT_EQ(tab("show =>systemcomponent ").size(), 2u);
     EXPECT_EQ(tab("show =>systemcomponent=>system9 part"), Words{});
     EXPECT_EQ(tab("show =>nosuch part"), Words{});
+    for (const Words& classes : {Words{"system*", "systemcomponent", ""},
+                                 Words{"/admin1", "systemcomponent", "/admin1/system*"}})
+        EXPECT_EQ(core->parser_help(classes, "part"), Words{}) << classes[0];
     EXPECT_EQ(tab("show /admin9 na"), Words{});
     EXPECT_EQ(tab("show /admin1 nosuch"), Words{});
 }

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 
+#include "language/parsestate.h"
 #include "log/osalog.h"
 #include "parsed_line.h"
 #include "tests/support/run_directory.h"
@@ -115,8 +116,10 @@ TEST(Completion, NeverEndsTheSession) {
 TEST(Completion, LeavesNothingBehindForTheNextLine) {
     for (const char* typed : {"show -o form", "set a=\"x", "help (", "show a1=>b"}) {
         complete(typed);
+        EXPECT_TRUE(!y_token && !y_pe && !continueTerms && !lex_buf) << typed;
         EXPECT_EQ(ParsedLine("show -o format=text /a1 n==v").outcome(), 0) << typed;
         EXPECT_EQ(ParsedLine("foo").outcome(), 253) << typed;
+        EXPECT_TRUE(!y_token && !y_pe && !lex_buf) << typed;
     }
 }
 

@@ -299,6 +299,7 @@ TEST(Parser, TakesNulBytesAsPartOfTheLine) {
     EXPECT_EQ(ParsedLine(std::string("help \0x", 7)).result, 0);
     EXPECT_EQ(ParsedLine(std::string("show\0", 5)).outcome(), 252);
     EXPECT_EQ(ParsedLine(std::string("cd /\0a1", 8)).outcome(), 246);
+    EXPECT_EQ(ParsedLine(std::string("show -all\0x", 11)).outcome(), 251);
 }
 
 TEST(Parser, TakesLinesOfAnyLength) {

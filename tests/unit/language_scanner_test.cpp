@@ -205,6 +205,7 @@ TEST(Scanner, ReadsTheListOfOutput) {
                                   {"3-3", "RANGE(3,3)"},
                                   {"5-1", "BAD_ARG"},
                                   {"123456-1", "BAD_ARG"},
+                                  {"1-123456", "BAD_ARG"},
                                   {"-x", "NEXT_OPTION"},
                                   {"-", "BAD_ARG"},
                                   {"\"x\"", "BAD_ARG BAD_ARG BAD_ARG"},
