@@ -27,21 +27,25 @@ protected:
         options.columns = width = columns;
         return start(options);
     }
-    // The rows of prompt and text, with the cursor.
-    Rows shown(const std::string& text, std::size_t cursor) const {
+    // The rows of prompt and text.
+    Rows rows(const std::string& text) const {
         const std::string all = "-> " + text;
-        const auto columns = static_cast<std::size_t>(width);
-        Rows rows;
-        for (std::size_t at = 0; at < all.size(); at += columns) {
-            rows.push_back(all.substr(at, columns));
-            rows.back().erase(rows.back().find_last_not_of(' ') + 1);
+        Rows cut;
+        for (std::size_t at = 0; at < all.size(); at += static_cast<std::size_t>(width)) {
+            cut.push_back(all.substr(at, static_cast<std::size_t>(width)));
+            cut.back().erase(cut.back().find_last_not_of(' ') + 1);
         }
-        const std::size_t row = (cursor + 3) / columns;
-        const std::size_t column = (cursor + 3) % columns;
-        rows.resize(std::max(rows.size(), row + 1));
-        rows[row].resize(std::max(rows[row].size(), column), ' ');
-        rows[row].insert(column, 1, '|');
-        return rows;
+        return cut;
+    }
+    // With the cursor.
+    Rows shown(const std::string& text, std::size_t cursor) const {
+        Rows marked = rows(text);
+        const std::size_t row = (cursor + 3) / static_cast<std::size_t>(width);
+        const std::size_t column = (cursor + 3) % static_cast<std::size_t>(width);
+        marked.resize(std::max(marked.size(), row + 1));
+        marked[row].resize(std::max(marked[row].size(), column), ' ');
+        marked[row].insert(column, 1, '|');
+        return marked;
     }
     Rows shown(const std::string& text) const { return shown(text, text.size()); }
     void expectShown(const Rows& expected) { EXPECT_EQ(session->viewBecomes(expected), expected); }
@@ -49,6 +53,15 @@ protected:
     void expectRun(const std::string& text) {
         session->type("\r");
         session->expect("commandline=" + text + "\n");
+        session->prompt();
+    }
+    // Also stands as it was above its answer.
+    void expectRunBelow(const std::string& text) {
+        session->type("\r");
+        session->expect("commandline=" + text + "\n");
+        Rows above = session->view();
+        above.resize(rows(text).size());
+        EXPECT_EQ(above, rows(text));
         session->prompt();
     }
     // The length at which prompt and line end at the right edge.
@@ -102,7 +115,7 @@ TEST_P(EditingAtWidth, ShowsTheTextAndTheCursorAfterEveryKindOfKey) {
         SCOPED_TRACE(c.what);
         session->type(c.keys);
         expectShown(shown(c.text, c.cursor));
-        expectRun(c.text);
+        expectRunBelow(c.text);
     }
     EXPECT_FALSE(session->screen().confused());
 }
@@ -127,7 +140,7 @@ TEST_P(EditingAtWidth, RecallsEntriesOfAnyLengthAndRunsWhatIsMadeOfThem) {
     }
     session->type(times(whole.size() - 30, LEFT) + "X" + RUBOUT + RUBOUT);
     expectShown(shown(without(whole, 29), 29));
-    expectRun(without(whole, 29));
+    expectRunBelow(without(whole, 29));
     EXPECT_FALSE(session->screen().confused());
 }
 
