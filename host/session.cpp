@@ -66,7 +66,8 @@ int onEvents() {
         suspend();
     if (events.end != 0)
         return stdStream::CLOSED;
-    if (!events.suspend && !events.interrupted)
+    // Only what is being typed can be given up; from elsewhere the session just goes on.
+    if ((!events.suspend && !events.interrupted) || isatty(STDIN_FILENO) == 0)
         return 0;
     s_givenUp = true;
     return GIVE_UP_LINE;

@@ -79,6 +79,18 @@ TEST_F(Interruptions, StopAWalkBeforeItsNextObject) {
     EXPECT_EQ(session.answer("cd"), "/admin1\r\n");
 }
 
+TEST_F(Interruptions, BetweenTwoLinesLeaveTheSessionAsItIs) {
+    CommandSession session(directory, simulator.port());
+    session.answer("cd /admin1/system1");
+    for (const int signal : {SIGINT, SIGTSTP, SIGCONT, SIGUSR1}) {
+        session.process().send("c");
+        session.process().signal(signal);
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        session.process().signal(SIGCONT);
+        EXPECT_EQ(session.answer("d"), "/admin1/system1\r\n") << signal;
+    }
+}
+
 TEST_F(Interruptions, AServerThatIsGoneFailsEveryLineUntilItIsBack) {
     const std::string text = "cmdstat\r\n"
                              "\tstatus       : 2\r\n"
