@@ -28,7 +28,7 @@ thread_local Connection* current = nullptr;
 /// Whether the request was read as a whole: what is no HTTP ends where the library gave it up.
 thread_local bool understood = false;
 
-void refuse(const httplib::Request& request, httplib::Response& response) {
+void refuseUnread(const httplib::Request& request, httplib::Response& response) {
     if (understood) {
         return;
     }
@@ -56,7 +56,7 @@ HttpServer::HttpServer() : wake_(::eventfd(0, EFD_CLOEXEC)) {
         understood = true;
         return HandlerResponse::Unhandled;
     });
-    set_error_handler(refuse);
+    set_error_handler(refuseUnread);
     // Unlike the library's default this one refuses a port that another server has.
     set_socket_options([this](int socket) {
         setFlag(socket, SOL_SOCKET, SO_REUSEADDR);
