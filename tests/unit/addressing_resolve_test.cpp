@@ -211,12 +211,70 @@ TEST_F(AddressResolveTest, AnotherSessionThatIsFasterNumbersTheObjectsForBoth) {
             CLPAddrSVC other(m_server.client());
             std::reverse(m_server.links.begin(), m_server.links.end());
             resolve(other, "system1");
+            addSystem("c");
         }
         return 0;
     };
     EXPECT_EQ("b", resolve(m_service, "system1"));
-    EXPECT_EQ("/admin1\n/admin1/system1\n/admin1/system2\n", addresses());
-    EXPECT_EQ("3\n", counter("/admin1/system"));
+    EXPECT_EQ("/admin1\n/admin1/system1\n/admin1/system2\n/admin1/system3\n", addresses());
+    EXPECT_EQ("4\n", counter("/admin1/system"));
+    // And between the look at the cache and the write.
+    addSystem("d");
+    first = true;
+    m_server.onCall = [&](const fakecim::Call& call) {
+        if (call.operation == "getInstance" && std::exchange(first, false)) {
+            CLPAddrSVC other(m_server.client());
+            resolve(other, "system4");
+        }
+        return 0;
+    };
+    EXPECT_EQ("d", resolve(m_service, "system4"));
+    EXPECT_FALSE(first);
+    EXPECT_EQ("5\n", counter("/admin1/system"));
+}
+
+TEST_F(AddressResolveTest, AnAddressThatBecameAnotherObjectsMeanwhileIsLeftToIt) {
+    using fakecim::number;
+    const fakecim::Object& a = addSystem("a");
+    fakecim::Object& moved = addBelow(a, "ZORM_Device", "ZORM_Sensor", "moved",
+                                      {{"SensorNumber", number(CMPI_uint16, "7")}});
+    resolve(m_service, "system1/sensor7");
+    moved.properties["SensorNumber"] = number(CMPI_uint16, "8");
+    addBelow(a, "ZORM_Device", "ZORM_Sensor", "new", {{"SensorNumber", number(CMPI_uint16, "7")}});
+    const auto rowOf7 = [&] {
+        return m_directory.query("clp.db3",
+                                 "SELECT id FROM addrsvc_clp WHERE ufip LIKE '%/sensor7'");
+    };
+    std::string row;
+    bool first = true;
+    m_server.onCall = [&](const fakecim::Call& call) {
+        if (call.operation == "getInstance" && std::exchange(first, false)) {
+            CLPAddrSVC other(m_server.client());
+            resolve(other, "system1/sensor9");
+            row = rowOf7();
+        }
+        return 0;
+    };
+    resolve(m_service, "system1/sensor9");
+    EXPECT_EQ(row, rowOf7());
+    EXPECT_EQ("new", resolve(m_service, "system1/sensor7"));
+    EXPECT_EQ("moved", resolve(m_service, "system1/sensor8"));
+}
+
+TEST_F(AddressResolveTest, ACounterThatFellBehindItsRowsCatchesUp) {
+    addSystem("a");
+    addSystem("b");
+    resolve(m_service, "system1");
+    m_service.setNextSeq("/admin1/system", 1, false);
+    addSystem("c");
+    EXPECT_EQ("c", resolve(m_service, "system3"));
+}
+
+TEST_F(AddressResolveTest, AnObjectThatIsNamedWithoutANamespaceLiesInTheDefaultOne) {
+    addBelow(addSystem("a"), "ZORM_Device", "ZORM_Fan", "f").ns = "";
+    m_server.links.back().b.ns = "";
+    EXPECT_EQ("f", resolve(m_service, "system1/oem_fan1"));
+    EXPECT_EQ("root/zorm\n", m_directory.query("clp.db3", "SELECT ns FROM addrsvc_clp WHERE id=3"));
 }
 
 TEST_F(AddressResolveTest, AnAnswerSaysNothingOfObjectsThatWereAddedAfterIt) {
@@ -268,6 +326,9 @@ TEST_F(AddressResolveTest, AssociationInstancesAreFoundByOneEndOrByBoth) {
     EXPECT_EQ(0U, ties("/admin1/system7", "device", ""));
     EXPECT_EQ(0U, ties("/admin1/system1", "device", "nonsense"));
     EXPECT_EQ(0U, ties("/admin1/system1", "device", "SESSION"));
+    // References count as lying where the other end does.
+    m_server.links.back().b.ns = "root/other";
+    EXPECT_EQ(1U, ties("/admin1/system1", "device", "/system1/oem_fan2"));
     // A fork of this process has no database.
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_DEATH(ties("", "device", ""), "!ref1.empty\\(\\)&&!assoc.empty\\(\\)");

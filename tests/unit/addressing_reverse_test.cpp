@@ -35,6 +35,8 @@ TEST_F(AddressReverseTest, ACachedObjectGivesItsAddressWithoutACall) {
     other.keys[0].second = "B";
     EXPECT_EQ("", m_service.getUfipFromCache(other.path().get()));
     other = b;
+    other.ns = "ROOT/zorm";
+    EXPECT_EQ("/admin1/system2", m_service.getUfipFromCache(other.path().get()));
     other.ns = "root/other";
     EXPECT_EQ("", m_service.getUfipFromCache(other.path().get()));
     other.keys.pop_back();
@@ -161,6 +163,7 @@ TEST_F(AddressReverseTest, ACreatedObjectTakesTheNumberThatWasAskedForOrTheNextF
     EXPECT_EQ("9\n", counter(key));
     // Another session has numbered it already: it keeps that number.
     EXPECT_EQ(key + "2", numbered("30", "b"));
+    EXPECT_EQ(std::string::npos, addresses().find("user30"));
     EXPECT_FALSE(set("nosuch1", account("f")));
     EXPECT_FALSE(set("system1/sp1/user2147483647", account("f")));
     EXPECT_FALSE(set("system1/sp1/user99999999999", account("f")));

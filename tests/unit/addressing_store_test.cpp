@@ -286,15 +286,15 @@ TEST_F(AddressStoreTest, TheLockIsSharedForReadingADynamicClassAndNotTakenForASt
     EXPECT_EQ(1, waitsFor([&] { service.getUfipFromCache(object("ZORM_Account").get()); }));
     EXPECT_EQ(1, waitsFor([&] { service.getUfipFromCacheForSEL(object("ZORM_SP").get()); }));
     // A refresh that finds nothing to write.
-    const CimPath parent = m_admin->path();
-    addSystem("a");
-    resolve(service, "system1");
-    EXPECT_EQ(0, waitsFor([&] {
-                  service.refreshCacheUfct("/admin1", parent.get(), "zorm_has", "system");
-              }));
-    EXPECT_EQ(2, waitsFor([&] {
-                  service.refreshCacheUfct("/admin1/system1/sp1", parent.get(), "zorm_has", "user");
-              }));
+    const fakecim::Object& sp = addBelow(addSystem("a"), "ZORM_Part", "ZORM_SP", "sp");
+    addBelow(sp, "ZORM_User", "ZORM_Account", "u");
+    resolve(service, "system1/sp1/user1");
+    const auto refresh = [&](const char* ufip, const fakecim::Object& parent,
+                             const char* association, const char* tag) {
+        service.refreshCacheUfct(ufip, parent.path().get(), association, tag);
+    };
+    EXPECT_EQ(0, waitsFor([&] { refresh("/admin1", *m_admin, "zorm_has", "system"); }));
+    EXPECT_EQ(2, waitsFor([&] { refresh("/admin1/system1/sp1", sp, "zorm_user", "user"); }));
     EXPECT_EQ(2, waitsFor([&] { service.setNextSeq("/admin1/system", 2, false); }));
     EXPECT_EQ(2, waitsFor([&] { cache(service, "/admin1/system1", "ZORM_Any", "1"); }));
     EXPECT_EQ(2, waitsFor([&] { service.deleteUfip("/admin1/system1"); }));
