@@ -100,6 +100,14 @@ TEST_F(MethodParameters, MayBeAnEmptyList) {
                       .find("/admin1/system1/oemvelmora_fan1 started at "));
 }
 
+TEST_F(MethodParameters, AreTheFourthFieldOfFourAndNoOther) {
+    replaceInSchema("setspeed:desiredspeed|8000", "restart:nosuchproperty|1:");
+    const SimulatorProcess simulator(directory);
+    CommandSession session(directory, simulator.port());
+    EXPECT_EQ(0U, session.answer("start /admin1/system1/oemvelmora_fan1")
+                      .find("/admin1/system1/oemvelmora_fan1 started at "));
+}
+
 using ObjectOfAnUnknownClass = DeadlyLine;
 
 TEST_F(ObjectOfAnUnknownClass, IsWrittenByTheTagThatLedToItAndNotShown) {

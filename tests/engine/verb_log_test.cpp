@@ -60,17 +60,20 @@ TEST_F(VerbLog, TellsHowAVerbIsCarriedOutOnItsTarget) {
               "3 StateCommand.invoke params=[desiredspeed|0,rampseconds|10]\n"
               "3 CLPStopCommand.display job=[1],status=[COMMAND COMPLETED]\n",
               records("stop /admin1/system1/oemvelmora_fan1"));
+    EXPECT_EQ("3 StateCommand.carryOut method=[hardstop],type=[pseudo]\n"
+              "3 CLPStopCommand.display job=[2],status=[COMMAND COMPLETED]\n",
+              records("stop -force /admin1/system1"));
     EXPECT_EQ("3 CLPSetCommand.svc name=[elementname]\n"
               "3 CLPSetCommand.svc name=[identifymode]\n"
               "3 CLPSetCommand.svc method=[setidentify],type=[method],cimclass=[zorm_chassis]\n"
-              "3 CLPSetCommand.display job=[2],status=[COMMAND COMPLETED]\n",
+              "3 CLPSetCommand.display job=[3],status=[COMMAND COMPLETED]\n",
               records("set /admin1/chassis1 elementname=box identifymode=3"));
     EXPECT_EQ("3 CLPDeleteCommand.svc ufct=[swid],ufip=[/admin1/system1/sp1/swid1]\n"
               "3 CLPDeleteCommand.svc method=[deleteimage],type=[special],"
               "cimclass=[zorm_spcomputersystem]\n"
               "3 CLPDeleteCommand.svc ufip=[/admin1/system1/sp1/swid1]\n"
               "1 CLPDeleteCommand.svc failed status=[CIM_ERR_ACCESS_DENIE]\n"
-              "3 CLPDeleteCommand.display job=[3],status=[COMMAND EXECUTION FAILED]\n",
+              "3 CLPDeleteCommand.display job=[4],status=[COMMAND EXECUTION FAILED]\n",
               records("delete /admin1/system1/sp1/swid1"));
 }
 
