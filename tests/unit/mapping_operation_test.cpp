@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <pthread.h>
+
 #include <ctime>
 
 namespace {
@@ -465,6 +467,9 @@ TEST_F(UpdateTest, ShowsAMarkAPollAndHowItEnded) {
     sleptSeconds = 0;
     EXPECT_EQ("Updating started.\r\n##\nUpdating FW Done.\r\n", update({"4", "4", "7"}));
     EXPECT_EQ(10U, sleptSeconds);
+    int cancelling = PTHREAD_CANCEL_ENABLE;
+    pthread_setcancelstate(PTHREAD_CANCEL_ENABLE, &cancelling);
+    EXPECT_EQ(PTHREAD_CANCEL_DISABLE, cancelling);
     const auto install =
         std::find_if(m_server.calls.begin(), m_server.calls.end(),
                      [](const auto& call) { return call.operation == "invokeMethod"; });
