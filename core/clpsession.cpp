@@ -24,7 +24,7 @@ const char* const SESSION_CLASS = "ZORM_CLPProtocolEndpoint";
 const char* const PID_PROPERTY = "OEMVelmora_pid";
 } // namespace
 
-CLPSession* CLPSession::_pIns = nullptr;
+std::atomic<CLPSession*> CLPSession::_pIns{nullptr};
 pthread_mutex_t CLPSession::m_commandLock = PTHREAD_MUTEX_INITIALIZER;
 
 void CLPSession::createInstance(sSessionParams* params) {

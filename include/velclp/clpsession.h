@@ -8,6 +8,7 @@
 #include "velclp/cimhandle.h"
 #include "velclp/clpcommand.h"
 
+#include <atomic>
 #include <map>
 #include <string>
 
@@ -114,7 +115,8 @@ private:
     void writeRemote(Element element, const std::string& text);
     void stopAll(CLPCommand::SIG sig);
 
-    static CLPSession* _pIns;
+    // Read by commands that still end while the process leaves.
+    static std::atomic<CLPSession*> _pIns;
     static pthread_mutex_t m_commandLock;
 
     bool m_local;
