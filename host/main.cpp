@@ -6,6 +6,7 @@
 #include "velclp/locations.h"
 
 #include <iostream>
+#include <malloc.h>
 #include <stdexcept>
 
 namespace {
@@ -41,6 +42,9 @@ int act(const host::Options& options) {
 // As a login shell the program is called with "-" before its name, which changes nothing: a login's
 // session is like any other.
 int main(int argc, char** argv) {
+    // Commands run one at a time, each on a thread of its own: a heap for each would only cost
+    // memory.
+    mallopt(M_ARENA_MAX, 1);
     try {
         return act(host::parseOptions({argv + (argc > 0 ? 1 : 0), argv + argc}));
     } catch (const std::exception& failure) {

@@ -3,6 +3,8 @@
 #include "status.h"
 #include "typenames.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 // Names, paths, instances and classes.
@@ -162,7 +164,9 @@ Owned<Instance> ReplyReader::locatedInstance(pugi::xml_node element,
 
 NamedValues ReplyReader::qualifiers(pugi::xml_node owner) const {
     NamedValues list;
-    for (const pugi::xml_node element : owner.children("QUALIFIER"))
+    const auto elements = owner.children("QUALIFIER");
+    list.reserve(static_cast<std::size_t>(std::distance(elements.begin(), elements.end())));
+    for (const pugi::xml_node element : elements)
         list.append(
             {requiredAttribute(element, "NAME"), content(element, declaredType(element), false)});
     return list;
@@ -210,6 +214,10 @@ Owned<Class> ReplyReader::classDeclaration(pugi::xml_node element) const {
     Owned<Class> cls(new Class());
     cls->name = requiredAttribute(element, "NAME");
     cls->qualifiers = qualifiers(element);
+    const auto children = element.children();
+    cls->properties.reserve(static_cast<std::size_t>(
+        std::count_if(children.begin(), children.end(),
+                      [this](const pugi::xml_node child) { return isProperty(child); })));
     for (auto child = firstElement(element); child; child = nextElement(child)) {
         if (is(child, "METHOD"))
             cls->methods.append(method(child));

@@ -62,6 +62,13 @@ void bindAll(sqlite3_stmt* statement, const std::vector<Literal>& values) {
     }
 }
 
+// Pages are allocated as they are read. By default each handle takes twenty at once, more than
+// most of them ever read. A host that has used SQLite before has its own way.
+void allocatePagesSingly() {
+    static const int result = sqlite3_config(SQLITE_CONFIG_PAGECACHE, nullptr, 0, 0);
+    static_cast<void>(result);
+}
+
 } // namespace
 
 bool identityOf(const std::string& path, FileIdentity& identity) {
@@ -85,6 +92,7 @@ Handle::Handle(const std::string& path, int timeoutMilliseconds)
     // The identity is taken first: a file that is replaced meanwhile is then found out later.
     if (!identityOf(path, m_identity))
         fail(nullptr, SQLITE_CANTOPEN, "", path);
+    allocatePagesSingly();
     const int result =
         sqlite3_open_v2(path.c_str(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     try {
@@ -115,8 +123,9 @@ void Handle::configure() {
     // cost its blocks anew. The limit holds the number of pages after which that happens.
     int persist = 1;
     sqlite3_file_control(m_db, nullptr, SQLITE_FCNTL_PERSIST_WAL, &persist);
-    // A small page cache: the system's own stands behind it, and each of a process's handles has
-    // one.
+    // A small page cache and a small pool: the system's own cache stands behind it, and each of a
+    // process's handles has both.
+    sqlite3_db_config(m_db, SQLITE_DBCONFIG_LOOKASIDE, nullptr, 256, 32);
     for (const char* pragma :
          {"PRAGMA synchronous=NORMAL", "PRAGMA journal_mode=WAL", "PRAGMA wal_autocheckpoint=2000",
           "PRAGMA journal_size_limit=8388608", "PRAGMA cache_size=-512"}) {
