@@ -280,7 +280,7 @@ TEST_F(AddressStoreTest, TheLockIsSharedForReadingADynamicClassAndNotTakenForASt
     EXPECT_EQ(1, waitsFor([&] { service.selectSubTargets("/admin1/"); }));
     EXPECT_EQ(0, waitsFor([&] { cached("/admin1/system*"); }));
     EXPECT_EQ(1, waitsFor([&] { cached("/admin1/system1/sp1/user1"); }));
-    EXPECT_EQ(0, waitsFor([&] { service.createCIMObjectPathFromDB(9, "zorm_sp", ""); }));
+    EXPECT_EQ(0, waitsFor([&] { CimPath(service.createCIMObjectPathFromDB(9, "zorm_sp", "")); }));
     EXPECT_EQ(0, waitsFor([&] { service.getUfipFromCache(object("ZORM_SP").get()); }));
     EXPECT_EQ(0, waitsFor([&] { service.getUfipFromCache(object("ACME_Any").get()); }));
     EXPECT_EQ(1, waitsFor([&] { service.getUfipFromCache(object("ZORM_Account").get()); }));
