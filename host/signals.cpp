@@ -98,6 +98,7 @@ Signals::Events Signals::take() {
 
 int Signals::endSignal() {
     const std::lock_guard<std::mutex> guard(m_mutex);
+    collect();
     return m_events.end;
 }
 
