@@ -354,7 +354,8 @@ TEST_F(CacheDeath, InTheMiddleOfARefreshLeavesNoHalfOfIt) {
     ASSERT_LT(60U, all.size());
     std::mt19937 random(7);
     int halves = 0;
-    for (int round = 0; round < 5; ++round) {
+    // On a busy machine more deaths than usual come too early or too late.
+    for (int round = 0; round < 5 || (halves < 3 && round < 15); ++round) {
         SCOPED_TRACE(round);
         forget();
         for (int death = 0; death < 4; ++death) {

@@ -4,6 +4,8 @@
 
 #include "tests/support/clp_session.h"
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -13,6 +15,17 @@ public:
     CommandSession(const RunDirectory& directory, const std::string& port,
                    const SessionOptions& options = {})
         : m_process(startSession(directory, port, options)) {}
+    CommandSession(CommandSession&&) = default;
+    // The session ends in order, so that what looks for leaks at a process's end has its say.
+    ~CommandSession() {
+        if (!m_process || m_isGone)
+            return;
+        try {
+            EXPECT_EQ(0, m_process->wait()) << m_process->errors();
+        } catch (const std::exception& failure) {
+            ADD_FAILURE() << failure.what();
+        }
+    }
 
     // The bytes that the line is answered with. Throws std::runtime_error when the session ends or
     // hangs instead, with what it has said.
@@ -22,9 +35,11 @@ public:
             "exit -examine -output format=text,count=" + std::to_string(++m_count);
         const std::string mark = "[" + probe + "] pass syntax checking\r\n";
         m_process->send(line + "\n" + probe + "\n");
-        if (!m_process->waitForOutput(mark))
+        if (!m_process->waitForOutput(mark)) {
+            m_isGone = true;
             throw std::runtime_error("no answer to \"" + line + "\": " +
                                      m_process->output().substr(m_read) + m_process->errors());
+        }
         const std::string::size_type end = m_process->output().find(mark, m_read);
         const std::string bytes = m_process->output().substr(m_read, end - m_read);
         m_read = end + mark.size();
@@ -34,6 +49,7 @@ public:
     // Sends a line that ends the process: what it said on standard error, and its status.
     std::string lastWords(const std::string& line, int& status) {
         m_process->send(line + "\n");
+        m_isGone = true;
         status = m_process->wait();
         return m_process->errors();
     }
@@ -44,6 +60,7 @@ private:
     std::unique_ptr<ChildProcess> m_process;
     std::string::size_type m_read = 0;
     int m_count = 0;
+    bool m_isGone = false;
 };
 
 #endif
