@@ -260,6 +260,25 @@ TEST_F(CacheFile, ThatIsExchangedIsTakenUpByTheNextLine) {
     expectSound();
 }
 
+TEST_F(CacheFile, OfTheSchemaHoldsForTheSessionsThatStartThen) {
+    const std::string usual = answer(UNKNOWN_TARGET);
+    const std::string schema = m_directory.read("schema.conf");
+    const auto replace = [&](const std::string& content) {
+        m_directory.write("schema.new", content);
+        std::filesystem::rename(m_directory.file("schema.new"), m_directory.file("schema.conf"));
+    };
+    const auto another = [&] {
+        return runSession(m_directory, m_simulator.port(), UNKNOWN_TARGET + std::string("\n"));
+    };
+    replace("[ZORM_AdminDomain]\n");
+    EXPECT_EQ(128 + SIGABRT, another().status);
+    EXPECT_EQ(usual, answer(UNKNOWN_TARGET));
+    replace(schema);
+    EXPECT_EQ(usual, answer(UNKNOWN_TARGET));
+    EXPECT_EQ(usual, another().output.substr(0, usual.size()));
+    expectSound();
+}
+
 // ---- Locks of others ----
 
 class CacheLock : public CacheFaults {
