@@ -141,6 +141,7 @@ void Connection::applyLimits() {
 std::string& Connection::call(const Request& request) {
     m_body.clear();
     m_tooLarge = false;
+    m_outOfMemory = false;
     m_statusCode = 0;
     applyLimits();
     const HeaderList list = headers(request);
@@ -154,6 +155,8 @@ std::string& Connection::call(const Request& request) {
     if (m_tooLarge)
         throw Failure{CMPI_RC_ERR_FAILED,
                       "The reply is larger than " + std::to_string(m_maxBody) + " bytes"};
+    if (m_outOfMemory)
+        throw std::bad_alloc();
     if (code != CURLE_OK)
         throwTransport(code);
     checkReply();
@@ -211,20 +214,35 @@ void Connection::header(std::string_view line) {
         m_statusDescription = value;
 }
 
+// What libcurl calls must not throw: an exception would leave the handle in the middle of its work.
+template<typename Work>
+std::size_t Connection::take(std::size_t bytes, Work work) {
+    try {
+        return work() ? bytes : 0;
+    } catch (const std::bad_alloc&) {
+        m_outOfMemory = true;
+        return 0;
+    }
+}
+
 std::size_t Connection::onHeader(char* data, std::size_t size, std::size_t count, void* self) {
-    static_cast<Connection*>(self)->header(std::string_view(data, size * count));
-    return size * count;
+    Connection& connection = *static_cast<Connection*>(self);
+    const std::string_view line(data, size * count);
+    return connection.take(line.size(), [&] {
+        connection.header(line);
+        return true;
+    });
 }
 
 std::size_t Connection::onBody(char* data, std::size_t size, std::size_t count, void* self) {
     Connection& connection = *static_cast<Connection*>(self);
     const std::size_t bytes = size * count;
-    if (bytes > connection.m_maxBody - connection.m_body.size()) {
-        connection.m_tooLarge = true;
-        return 0;
-    }
-    connection.m_body.append(data, bytes);
-    return bytes;
+    return connection.take(bytes, [&] {
+        connection.m_tooLarge = bytes > connection.m_maxBody - connection.m_body.size();
+        if (!connection.m_tooLarge)
+            connection.m_body.append(data, bytes);
+        return !connection.m_tooLarge;
+    });
 }
 
 } // namespace cimclient

@@ -46,6 +46,8 @@ private:
     static Handle makeHandle(const Endpoint& endpoint);
     static HeaderList headers(const Request& request);
     static std::size_t onHeader(char* data, std::size_t size, std::size_t count, void* self);
+    template<typename Work>
+    std::size_t take(std::size_t bytes, Work work);
     static std::size_t onBody(char* data, std::size_t size, std::size_t count, void* self);
 
     void applyLimits();
@@ -56,6 +58,7 @@ private:
     std::string m_body;
     std::size_t m_maxBody = 0;
     bool m_tooLarge = false;
+    bool m_outOfMemory = false;
     // CIMStatusCode and CIMStatusCodeDescription, in front of the body or behind it.
     int m_statusCode = 0;
     std::string m_statusDescription;

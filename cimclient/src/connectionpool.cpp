@@ -16,19 +16,16 @@ ConnectionPool& ConnectionPool::instance() {
     return pool;
 }
 
-ConnectionPool::Lease::Lease(std::string key, std::unique_ptr<Connection> connection)
-    : m_key(std::move(key)), m_connection(std::move(connection)) {}
-
 ConnectionPool::Lease::~Lease() {
-    ConnectionPool::instance().giveBack(std::move(m_key), std::move(m_connection));
+    ConnectionPool::instance().giveBack(std::move(m_connection));
 }
 
 ConnectionPool::Lease ConnectionPool::borrow(const Endpoint& endpoint) {
     std::string key = endpoint.key();
-    auto connection = take(key);
-    if (!connection)
-        connection = std::make_unique<Connection>(endpoint);
-    return {std::move(key), std::move(connection)};
+    std::list<Idle> connection = take(key);
+    if (connection.empty())
+        connection.push_back({std::move(key), std::make_unique<Connection>(endpoint)});
+    return Lease(std::move(connection));
 }
 
 bool ConnectionPool::hasOpen(const Endpoint& endpoint) {
@@ -39,23 +36,22 @@ bool ConnectionPool::hasOpen(const Endpoint& endpoint) {
     });
 }
 
-std::unique_ptr<Connection> ConnectionPool::take(const std::string& key) {
+std::list<ConnectionPool::Idle> ConnectionPool::take(const std::string& key) {
+    std::list<Idle> taken;
     const std::lock_guard<std::mutex> lock(m_mutex);
     const auto found = std::find_if(m_idle.begin(), m_idle.end(),
                                     [&key](const Idle& idle) { return idle.key == key; });
-    if (found == m_idle.end())
-        return nullptr;
-    auto connection = std::move(found->connection);
-    m_idle.erase(found);
-    return connection;
+    if (found != m_idle.end())
+        taken.splice(taken.begin(), m_idle, found);
+    return taken;
 }
 
-void ConnectionPool::giveBack(std::string key, std::unique_ptr<Connection> connection) {
-    connection->trim();
+void ConnectionPool::giveBack(std::list<Idle> connection) noexcept {
+    connection.front().connection->trim();
     // Taken down outside of the lock: closing may take its time.
     std::list<Idle> surplus;
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_idle.push_front({std::move(key), std::move(connection)});
+    m_idle.splice(m_idle.begin(), connection);
     if (m_idle.size() > maxIdle)
         surplus.splice(surplus.begin(), m_idle, std::prev(m_idle.end()));
 }

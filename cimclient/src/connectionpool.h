@@ -14,21 +14,27 @@ namespace cimclient {
 
 class ConnectionPool {
 public:
+    // A connection and who may use it.
+    struct Idle {
+        std::string key;
+        std::unique_ptr<Connection> connection;
+    };
+
     // Of the process; never taken down, since threads may still use it while the process ends.
     static ConnectionPool& instance();
 
     // A borrowed connection; it goes back to the pool by itself.
     class Lease {
     public:
-        Lease(std::string key, std::unique_ptr<Connection> connection);
+        // A list of one, so that it goes back without an allocation that could fail.
+        explicit Lease(std::list<Idle> connection) : m_connection(std::move(connection)) {}
         Lease(const Lease&) = delete;
         Lease& operator=(const Lease&) = delete;
         ~Lease();
-        Connection* operator->() const { return m_connection.get(); }
+        Connection* operator->() const { return m_connection.front().connection.get(); }
 
     private:
-        std::string m_key;
-        std::unique_ptr<Connection> m_connection;
+        std::list<Idle> m_connection;
     };
 
     // The one used last, or a new one when none is free.
@@ -38,13 +44,8 @@ public:
     bool hasOpen(const Endpoint& endpoint);
 
 private:
-    struct Idle {
-        std::string key;
-        std::unique_ptr<Connection> connection;
-    };
-
-    std::unique_ptr<Connection> take(const std::string& key);
-    void giveBack(std::string key, std::unique_ptr<Connection> connection);
+    std::list<Idle> take(const std::string& key);
+    void giveBack(std::list<Idle> connection) noexcept;
 
     std::mutex m_mutex;
     // The last used first.

@@ -127,8 +127,9 @@ CMPIrc Data::fromCaller(const CMPIValue* value, CMPIType type, Data& result) {
 
 Data Data::copyOf(const CMPIData& data) {
     Data copy(data.type, data.value, data.state);
+    // Should there be no memory for it, the object stays its owner's alone.
     withObject(copy.m_data.type, copy.m_data.value,
-               [](auto*& object) { object = cloneObject(object); });
+               [](auto*& object) { object = cloneObject(std::exchange(object, nullptr)); });
     // The array knows best what its elements are; an empty result of a server is of no type.
     if ((data.type & CMPI_ARRAY) && copy.m_data.value.array) {
         CMPIArray* array = copy.m_data.value.array;

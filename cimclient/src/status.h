@@ -6,6 +6,7 @@
 #include <CimClientLib/native.h>
 
 #include <cstddef>
+#include <new>
 #include <string>
 
 // For the functions that the interface names; everything else stays inside the library.
@@ -50,8 +51,15 @@ struct Failure {
         if (rc)
             *rc = asStatus();
     }
+    // Where there is no memory for the words, the code alone.
     CMPIStatus asStatus() const {
-        return {static_cast<CMPIrc>(code), native_new_CMPIString(message.c_str(), nullptr)};
+        CMPIStatus rc = status(static_cast<CMPIrc>(code));
+        try {
+            rc.msg = native_new_CMPIString(message.c_str(), nullptr);
+        } catch (const std::bad_alloc&) {
+            rc.msg = nullptr;
+        }
+        return rc;
     }
 };
 
