@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -35,7 +36,7 @@ public:
             "exit -examine -output format=text,count=" + std::to_string(++m_count);
         const std::string mark = "[" + probe + "] pass syntax checking\r\n";
         m_process->send(line + "\n" + probe + "\n");
-        if (!m_process->waitForOutput(mark)) {
+        if (!m_process->waitForOutput(mark, std::chrono::minutes(2))) {
             m_isGone = true;
             throw std::runtime_error("no answer to \"" + line + "\": " +
                                      m_process->output().substr(m_read) + m_process->errors());
