@@ -14,7 +14,7 @@ namespace {
 using Row = SessionDatabase::Row;
 
 /// A job that has ended may still be told to have been killed, by the end of its own session.
-constexpr std::int64_t settleTime = 5 * microsecondsPerSecond;
+constexpr std::int64_t settleTime = microsecondsPerSecond / 2;
 constexpr std::int64_t sweepPeriod = 2 * microsecondsPerSecond;
 
 class JobProvider : public Provider {
