@@ -21,9 +21,7 @@ public:
     std::string sessionDatabase() const { return "sqlite:" + file("clpsvc.db3"); }
 
     // The record that makes the library work in this directory.
-    velmora_clp::Locations locations() const {
-        return velmora_clp::Locations::inDirectory(m_path);
-    }
+    velmora_clp::Locations locations() const { return velmora_clp::Locations::inDirectory(m_path); }
     // Makes the library of this process work in this directory. Before anything else of it is used.
     void use() const { velmora_clp::Locations::set(locations()); }
 
