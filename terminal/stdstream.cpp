@@ -4,6 +4,7 @@
 #include "velclp/lineedit.h"
 #include "velclp/log.h"
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/select.h>
 #include <unistd.h>
@@ -17,6 +18,12 @@ namespace {
 const int OUTPUT = 1;
 const int FAILED = -1;
 const char CONTINUATION = '`';
+
+// Whether a terminal that gave nothing never will again.
+bool isGone(int terminal) {
+    pollfd state = {terminal, POLLIN, 0};
+    return poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
+}
 } // namespace
 
 timeval stdStream::this_tv = {0, 0};
@@ -40,8 +47,9 @@ void stdStream::RawTTY() {
     termios raw = m_saved;
     raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
     raw.c_iflag &= ~static_cast<tcflag_t>(ISTRIP | INLCR | IGNCR | ICRNL);
-    // What these count in character mode is what a line discipline keeps two characters in.
-    raw.c_cc[VMIN] = 1;
+    // What these count in character mode is what a line discipline keeps two characters in. A read
+    // must not wait: the interrupt key throws away what select() saw, and would go unheard.
+    raw.c_cc[VMIN] = 0;
     raw.c_cc[VTIME] = 0;
     tcsetattr(m_fd, TCSANOW, &raw);
 }
@@ -104,6 +112,8 @@ int stdStream::read(void* buf, int n) {
             return result;
         }
         const ssize_t count = ::read(m_fd, buf, static_cast<std::size_t>(std::max(n, 0)));
+        if (count == 0 && n > 0 && m_tty && !isGone(m_fd))
+            continue;
         if (count >= 0)
             return static_cast<int>(count);
         if (errno != EINTR && errno != EAGAIN) {

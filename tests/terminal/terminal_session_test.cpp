@@ -1,5 +1,10 @@
 // An operator's session on a real terminal: keys, signals, and every way in which it can end.
 #include "tests/terminal/operators_terminal.h"
+#include "velclp/stdstream.h"
+
+#include <pty.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <fstream>
@@ -44,6 +49,28 @@ TEST_F(OperatorsTerminal, TheInterruptKeyGivesUpTheLineBeingTyped) {
     terminal.type(CTRL_C);
     EXPECT_EQ(terminal.prompt(), "\n");
     EXPECT_NE(terminal.answer("version").find("1.0.2"), std::string::npos);
+}
+
+// With the key the terminal throws away what was typed, which the session may be about to read.
+TEST(TerminalStream, HearsTheInterruptKeyThatTakesItsInputAway) {
+    int master = -1;
+    int slave = -1;
+    ASSERT_EQ(openpty(&master, &slave, nullptr, nullptr, nullptr), 0);
+    ASSERT_EQ(dup2(slave, 0), 0);
+    static const int interrupt = eventfd(0, 0);
+    static int wakeups = 0;
+    stdStream::setWakeup(interrupt, [] {
+        tcflush(0, TCIFLUSH);
+        eventfd_write(interrupt, 1);
+        return ++wakeups == 2 ? -1 : 0;
+    });
+    stdStream stream;
+    ASSERT_EQ(write(master, "x", 1), 1);
+    alarm(20);
+    char byte = 0;
+    EXPECT_EQ(stream.read(&byte, 1), -1);
+    alarm(0);
+    stdStream::setWakeup(-1, nullptr);
 }
 
 TEST_F(OperatorsTerminal, TheInterruptKeyStopsTheRunningCommandAndTheSessionGoesOn) {
