@@ -8,10 +8,9 @@ namespace {
 class Completion : public OperatorsTerminal {
 protected:
     struct Case {
-        std::string keys;  // the tab key is pressed behind them
-        std::string typed; // what they make
-        Rows listed;       // the rows between the line and its copy; none for a silent completion
-        std::string line;  // what the line is then, with the cursor at its end
+        std::string keys; // the tab key is pressed behind them
+        std::string line; // what the line is then, with the cursor at its end
+        Rows listed = {}; // the rows between the line and its copy; none for a silent completion
     };
 
     PtySession& startAt(int columns) {
@@ -28,61 +27,60 @@ protected:
         EXPECT_EQ(simulator.get("/sim/stats").find("\"total\":0"), 1U)
             << simulator.get("/sim/stats");
     }
-    void expectCompleted(const Case& c) {
-        SCOPED_TRACE(c.keys);
-        Rows expected;
-        if (!c.listed.empty())
-            expected.push_back(c.typed.empty() ? "->" : "-> " + c.typed);
-        expected.insert(expected.end(), c.listed.begin(), c.listed.end());
-        expected.push_back("-> " + c.line + "|");
-        session->type(c.keys + TAB);
+    void expectShown(const std::string& keys, const Rows& expected) {
+        SCOPED_TRACE(keys);
+        session->type(keys);
         EXPECT_EQ(session->viewBecomes(expected), expected);
         giveUp();
     }
-    // Of a word that the tab key has nothing for: the line stays as it is and goes on.
-    void expectNothing(const std::string& keys) {
-        SCOPED_TRACE(keys);
-        session->type(keys + TAB + "x");
-        const Rows expected = {"-> " + keys + "x|"};
-        EXPECT_EQ(session->viewBecomes(expected), expected);
-        giveUp();
+    void expectCompleted(const std::vector<Case>& cases) {
+        for (const Case& c : cases) {
+            std::string typed = "-> " + c.keys.substr(0, c.keys.find(LEFT));
+            typed.erase(typed.find_last_not_of(' ') + 1);
+            Rows expected = c.listed;
+            if (!c.listed.empty())
+                expected.insert(expected.begin(), typed);
+            expected.push_back("-> " + c.line + "|");
+            expectShown(c.keys + TAB, expected);
+        }
+    }
+    // Of words that the tab key has nothing for: the line stays as it is and goes on.
+    void expectNothing(const std::vector<std::string>& lines) {
+        for (const std::string& keys : lines)
+            expectShown(keys + TAB + "x", {"-> " + keys + "x|"});
     }
 };
 
 TEST_F(Completion, OfVerbsAndOptionsComesFromTheGrammar) {
     startAt(80);
     simulator.post("/sim/stats?do=reset", "");
-    const Case cases[] = {
+    expectCompleted({
         {"",
          "",
          {"cd    create    delete    exit    help    dump    load    reset    set    show",
-          "  start    stop    version"},
-         ""},
-        {"sho", "sho", {}, "show"},
-        {"s", "s", {"set    show    start    stop"}, "s"},
-        {"sta", "sta", {}, "start"},
-        {"st" + LEFT, "st", {"start    stop"}, "st"},
-        {"VER", "VER", {}, "VERsion"},
-        {"show -l", "show -l", {}, "show -level"},
-        {"show -a", "show -a", {}, "show -all"},
-        {"show -d" + LEFT + LEFT, "show -d", {}, "show -display"},
-        {"cd -", "cd -", {"-examine    -help    -keep    -output    -version    -wait"}, "cd -"},
-        {"create -s", "create -s", {}, "create -source"},
-        {"delete -f", "delete -f", {}, "delete -force"},
-        {"dump -d", "dump -d", {}, "dump -destination"},
-        {"exit -v", "exit -v", {}, "exit -version"},
-        {"help -o", "help -o", {}, "help -output"},
-        {"load -s", "load -s", {}, "load -source"},
-        {"reset -e", "reset -e", {}, "reset -examine"},
-        {"set -h", "set -h", {}, "set -help"},
-        {"start -k", "start -k", {}, "start -keep"},
-        {"stop -f", "stop -f", {}, "stop -force"},
-        {"version -e", "version -e", {}, "version -examine"},
-    };
-    for (const Case& c : cases)
-        expectCompleted(c);
-    for (const char* const keys : {"xyz", "-", "show -q", "xyz -l", "exit x "})
-        expectNothing(keys);
+          "  start    stop    version"}},
+        {"sho", "show"},
+        {"s", "s", {"set    show    start    stop"}},
+        {"sta", "start"},
+        {"st" + LEFT, "st", {"start    stop"}},
+        {"VER", "VERsion"},
+        {"show -l", "show -level"},
+        {"show -a", "show -all"},
+        {"show -d" + LEFT + LEFT, "show -display"},
+        {"cd -", "cd -", {"-examine    -help    -keep    -output    -version    -wait"}},
+        {"create -s", "create -source"},
+        {"delete -f", "delete -force"},
+        {"dump -d", "dump -destination"},
+        {"exit -v", "exit -version"},
+        {"help -o", "help -output"},
+        {"load -s", "load -source"},
+        {"reset -e", "reset -examine"},
+        {"set -h", "set -help"},
+        {"start -k", "start -keep"},
+        {"stop -f", "stop -force"},
+        {"version -e", "version -examine"},
+    });
+    expectNothing({"xyz", "-", "show -q", "xyz -l", "exit x ", "foo /"});
     expectNoCall();
     expectOrderlyEnd();
 }
@@ -90,73 +88,69 @@ TEST_F(Completion, OfVerbsAndOptionsComesFromTheGrammar) {
 TEST_F(Completion, OfTargetsComesFromWhatTheCacheHasSeen) {
     startAt(80);
     simulator.post("/sim/stats?do=reset", "");
-    expectCompleted({"show /", "show /", {}, "show /admin1"});
-    expectCompleted({"set S", "set S", {}, "set SESSION"});
-    for (const char* const keys : {"show /admin1/", "show sys", "cd /admin1/system1/"})
-        expectNothing(keys);
+    expectCompleted({{"show /", "show /admin1"}, {"set S", "set SESSION"}});
+    expectNothing({"show /admin1/", "show sys", "show ", "cd /admin1/system1/"});
     expectNoCall();
     walk();
-    const Case cases[] = {
-        {"show sys", "show sys", {"system1    system2"}, "show system"},
-        {"show sys" + LEFT + LEFT, "show sys", {"system1    system2"}, "show system"},
-        {"cd blade", "cd blade", {}, "cd blade1"},
-        {"cd /admin1/bl" + LEFT, "cd /admin1/bl", {}, "cd /admin1/blade1"},
-        {"show \\admin1\\ch", "show \\admin1\\ch", {}, "show \\admin1\\chassis1"},
-        {"reset system1/sp1/ethp",
-         "reset system1/sp1/ethp",
-         {"ethport1    ethport2"},
-         "reset system1/sp1/ethport"},
-        {"show /../pro", "show /../pro", {"profile1    profile2"}, "show /../profile"},
-        {"show -level 2 sys", "show -level 2 sys", {"system1    system2"}, "show -level 2 system"},
-    };
-    for (const Case& c : cases)
-        expectCompleted(c);
-    for (const char* const keys : {"show system1", "show system9/", "show SESSION/", "show nosuch",
-                                   "show a1=>b=>c1=>d1", "show system*/"})
-        expectNothing(keys);
+    expectCompleted({
+        {"show sys", "show system", {"system1    system2"}},
+        {"show sys" + LEFT + LEFT, "show system", {"system1    system2"}},
+        {"show ", "show ", {"system1    system2    blade1    chassis1    profile1    profile2"}},
+        {"show /sys", "show /system", {"system1    system2"}},
+        {"cd blade", "cd blade1"},
+        {"cd /admin1/bl" + LEFT, "cd /admin1/blade1"},
+        {"show \\admin1\\ch", "show \\admin1\\chassis1"},
+        {"reset system1/sp1/ethp", "reset system1/sp1/ethport", {"ethport1    ethport2"}},
+        {"show /../pro", "show /../profile", {"profile1    profile2"}},
+        {"show -level 2 sys", "show -level 2 system", {"system1    system2"}},
+    });
+    expectNothing({"show system1", "show system0/", "show system9/", "show SESSION/",
+                   "show SESSION\\x", "show SESSION/..", "show nosuch", "show nosuch1/",
+                   "show chassis1/slot", "show a1=>b=>c1=>d1", "show system*/", "show a'1/",
+                   "show /admin1/x' or '1'='1/"});
     expectNoCall();
-    expectOrderlyEnd();
+    simulator.stop();
+    expectCompleted({{"show bl", "show blade1"}});
+    expectNothing({"show /admin1 na"});
 }
 
 TEST_F(Completion, OfAssociationsAndPropertiesFollowsTheTarget) {
     walk();
     startAt(80);
-    const Case cases[] = {
-        {"show /admin1=>dom", "show /admin1=>dom", {}, "show /admin1=>domainelement"},
-        {"show =>", "show =>", {"systemcomponent    domainelement"}, "show =>"},
-        {"show SESSION=>", "show SESSION=>", {}, "show SESSION=>hostedaccesspoint"},
-        {"show /admin1=>systemcomponent=>bl", "", {}, "show /admin1=>systemcomponent=>blade1"},
+    expectCompleted({
+        {"show /admin1=>dom", "show /admin1=>domainelement"},
+        {"show =>", "show =>", {"systemcomponent    domainelement"}},
+        {"show =>Sys", "show =>Systemcomponent"},
+        {"show /..=>dom", "show /..=>domainelement"},
+        {"show SESSION=>", "show SESSION=>hostedaccesspoint"},
+        {"show system1=>sys",
+         "show system1=>system",
+         {"systemcomponent    systemsp    systemdevice"}},
+        {"show system*=>use", "show system*=>useoflog"},
+        {"show /admin1=>systemcomponent=>/", "show /admin1=>systemcomponent=>/admin1"},
+        {"show /admin1=>systemcomponent=>bl", "show /admin1=>systemcomponent=>blade1"},
         {"show /admin1=>systemcomponent=>sys",
-         "show /admin1=>systemcomponent=>sys",
-         {"system1    system2"},
-         "show /admin1=>systemcomponent=>system"},
-        {"show /admin1 na", "show /admin1 na", {"Name    NameFormat"}, "show /admin1 name"},
-        {"show /admin1 primaryownerc", "", {}, "show /admin1 primaryownercontact"},
-        {"set SESSION outputf", "", {}, "set SESSION outputformat"},
-        {"set SESSION outputformat=text outputv",
-         "",
-         {},
-         "set SESSION outputformat=text outputverbosity"},
+         "show /admin1=>systemcomponent=>system",
+         {"system1    system2"}},
+        {"show /admin1 na", "show /admin1 name", {"Name    NameFormat"}},
+        {"show /admin1 primaryownerc", "show /admin1 primaryownercontact"},
+        {"set SESSION outputf", "set SESSION outputformat"},
+        {"set SESSION outputformat=text outputv", "set SESSION outputformat=text outputverbosity"},
         {"show /admin1=>systemcomponent=>/admin1/system1 part",
-         "",
-         {},
          "show /admin1=>systemcomponent=>/admin1/system1 partComponent"},
-    };
-    for (const Case& c : cases)
-        expectCompleted(c);
-    for (const char* const keys : {"show /admin1=>nosuch", "show /admin1 nosuch", "show /admin9 na",
-                                   "show /admin1=>nosuch=>sys"})
-        expectNothing(keys);
+        {"show =>systemcomponent ", "show =>systemcomponent ", {"GroupComponent    PartComponent"}},
+    });
+    expectNothing({"show /admin1=>nosuch", "show /admin1 nosuch", "show /admin9 na",
+                   "show /admin9=>", "show /admin1=>nosuch=>sys", "show /admin1=>systemdevice=>sys",
+                   "show =>nosuch part", "show =>systemcomponent=>system9 part",
+                   "show system*=>systemcomponent part", "show /x1/../..=>q"});
     expectOrderlyEnd();
 }
 
 TEST_F(Completion, InAWrappedLineKeepsTheScreenInOrder) {
     walk();
     startAt(20);
-    const struct {
-        std::string keys;
-        Rows shown;
-    } cases[] = {
+    const std::pair<std::string, Rows> cases[] = {
         {"show -display targets /admin1/bl", {"-> show -display tar", "gets /admin1/blade1|"}},
         {"show /admin1/bl", {"-> show /admin1/blad", "e1|"}},
         {"show -display targets /admin1/bl" + times(20, LEFT),
@@ -172,22 +166,15 @@ TEST_F(Completion, InAWrappedLineKeepsTheScreenInOrder) {
         {"show /admin1 name",
          {"-> show /admin1 name", "", "Name    NameFormat", "-> show /admin1 name", "|"}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.keys);
-        session->type(c.keys + TAB);
-        EXPECT_EQ(session->viewBecomes(c.shown), c.shown);
-        giveUp();
-    }
+    for (const auto& [keys, shown] : cases)
+        expectShown(keys + TAB, shown);
     EXPECT_FALSE(session->screen().confused());
 }
 
 TEST_F(Completion, InAContinuedLineSeesTheWholeLine) {
     walk();
     startAt(80);
-    const struct {
-        std::string keys;
-        Rows shown;
-    } cases[] = {
+    const std::pair<std::string, Rows> cases[] = {
         {"show `\r-level 2 `\r/admin1/bl", {"-> show `", "-level 2 `", "/admin1/blade1|"}},
         {"show `\r-level 2 `\r/admin1/sys",
          {"-> show `", "-level 2 `", "/admin1/sys", "system1    system2", "-> show -level 2 `",
@@ -198,12 +185,8 @@ TEST_F(Completion, InAContinuedLineSeesTheWholeLine) {
         {"show /admin1 `\rna",
          {"-> show /admin1 `", "na", "Name    NameFormat", "-> show /admin1 `", "name|"}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.keys);
-        session->type(c.keys + TAB);
-        EXPECT_EQ(session->viewBecomes(c.shown), c.shown);
-        giveUp();
-    }
+    for (const auto& [keys, shown] : cases)
+        expectShown(keys + TAB, shown);
     session->type("version `\r-o format=key" + TAB + "word\r");
     session->expect("commandline=version -o format=keyword\n");
     session->prompt();
