@@ -44,7 +44,7 @@ TEST_F(Script, LosesNoLineOfAPipeAndEchoesNothing) {
 }
 
 TEST_F(Script, EndsAtExitAndRunsGivenLinesInOrder) {
-    EXPECT_EQ(run("version\nexit\nversion\n").output, VERSION + END);
+    EXPECT_EQ(run("version\n  EXIT  \nversion\n").output, VERSION + END);
     SessionOptions options;
     options.arguments = {"-c",   "version", "-c",     "cd /admin1/system1", "-c", "cd", "-c",
                          "exit", "-c",      "version"};

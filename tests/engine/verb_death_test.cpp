@@ -8,110 +8,90 @@
 
 namespace {
 
-class DeadlyLine : public testing::Test {
-protected:
-    // Puts a line of the schema in another's place.
-    void replaceInSchema(const std::string& old, const std::string& line) {
-        std::string schema = directory.read("schema.conf");
-        const std::string::size_type place = schema.find(old);
-        ASSERT_NE(std::string::npos, place) << old;
-        schema.replace(place, old.size(), line);
-        directory.write("schema.conf", schema);
-    }
-
-    void expectEnd(const std::string& line, const std::string& assertion) {
-        const SimulatorProcess simulator(directory);
-        CommandSession session(directory, simulator.port());
-        session.answer("version");
-        int status = 0;
-        const std::string words = session.lastWords(line, status);
-        EXPECT_NE(std::string::npos, words.find("Assertion `" + assertion + "' failed.")) << words;
-        EXPECT_EQ(128 + SIGABRT, status);
-    }
-
-    RunDirectory directory;
+struct Deadly {
+    const char* name;
+    const char* old; // a line of the schema, may be empty
+    const char* put; // in its place
+    const char* line;
+    const char* assertion;
 };
 
-} // namespace
+constexpr Deadly LINES[] = {
+    {"ACreationWithAPropertyThatTheClassLacks", "", "", "create /admin1/system1/sp1/user* nosuch=1",
+     "object"},
+    {"ACreationWithAValueOfTheWrongKind", "", "", "create /admin1/system1/sp1/user* locked=True",
+     "object"},
+    {"ASpecialCreationThatGivesNoObject",
+     "command:create=ZORM_SPComputerSystem:special:createimage",
+     "command:create=ZORM_Nothing:special:createimage", "create /admin1/system1/sp1/swid*",
+     "((args)->ft->getArgCount((args),(__null)))==1"},
+    {"ACreationByAMethodOfAnotherType", "command:create=ZORM_SPComputerSystem:special:createimage",
+     "command:create=ZORM_SPComputerSystem:method:createimage", "create /admin1/system1/sp1/swid*",
+     "type==\"special\""},
+    {"ADeletionByAMethodOfAnotherType", "command:delete=ZORM_RecordLog:container:clearlog",
+     "command:delete=ZORM_RecordLog:method:clearlog", "delete /admin1/system1/log1/record1",
+     "type==\"special\"||type==\"container\""},
+    {"ALoadThatTheSchemaAllowsAndDoesNotBind",
+     "command:load=ZORM_SPComputerSystem:special:installfromuri\n", "",
+     "load -source http://host/image /admin1/system1/sp1", "!options.empty()"},
+    {"AStartWithAParameterThatIsNoProperty", "setspeed:desiredspeed|8000",
+     "setspeed:nosuchproperty|8000", "start /admin1/system1/oemvelmora_fan1", "flag"},
+    {"AMethodParameterOfThreeParts", "setspeed:desiredspeed|8000", "setspeed:desiredspeed|8000|1",
+     "start /admin1/system1/oemvelmora_fan1", "static_cast<int>(p.size())<=2"},
+    {"ASetOfAReference", "(systemsp_1)\n", "(systemsp_1)\nverbs=set:show\n",
+     "set /admin1/system1=>systemsp=>/admin1/system1/sp1 partcomponent=x", "false"},
+    {"TheFirstThatReadsAFaultySchema", "command:set.elementname=ZORM_AdminDomain\n",
+     "no name and no value\n", "cd", "pos!=string::npos"},
+    {"TheFirstThatLooksForTheRootWhereNoTagIsIts", "(admin_1)\n", "(root_1)\n", "cd",
+     "p!=m_classTree.end()"},
+};
 
-TEST_F(DeadlyLine, IsACreationWithAPropertyThatTheClassLacks) {
-    expectEnd("create /admin1/system1/sp1/user* nosuch=1", "object");
+// Puts a text of the schema in another's place.
+void replaceInSchema(const RunDirectory& directory, const std::string& old,
+                     const std::string& put) {
+    std::string schema = directory.read("schema.conf");
+    const std::string::size_type place = schema.find(old);
+    ASSERT_NE(std::string::npos, place) << old;
+    schema.replace(place, old.size(), put);
+    directory.write("schema.conf", schema);
 }
 
-TEST_F(DeadlyLine, IsACreationWithAValueOfTheWrongKind) {
-    expectEnd("create /admin1/system1/sp1/user* locked=True", "object");
-}
+class DeadlyLine : public testing::TestWithParam<Deadly> {};
 
-TEST_F(DeadlyLine, IsASpecialCreationThatGivesNoObject) {
-    replaceInSchema("command:create=ZORM_SPComputerSystem:special:createimage",
-                    "command:create=ZORM_Nothing:special:createimage");
-    expectEnd("create /admin1/system1/sp1/swid*", "((args)->ft->getArgCount((args),(__null)))==1");
-}
-
-TEST_F(DeadlyLine, IsACreationByAMethodOfAnotherType) {
-    replaceInSchema("command:create=ZORM_SPComputerSystem:special:createimage",
-                    "command:create=ZORM_SPComputerSystem:method:createimage");
-    expectEnd("create /admin1/system1/sp1/swid*", "type==\"special\"");
-}
-
-TEST_F(DeadlyLine, IsADeletionByAMethodOfAnotherType) {
-    replaceInSchema("command:delete=ZORM_RecordLog:container:clearlog",
-                    "command:delete=ZORM_RecordLog:method:clearlog");
-    expectEnd("delete /admin1/system1/log1/record1", "type==\"special\"||type==\"container\"");
-}
-
-TEST_F(DeadlyLine, IsALoadThatTheSchemaAllowsAndDoesNotBind) {
-    replaceInSchema("command:load=ZORM_SPComputerSystem:special:installfromuri\n", "");
-    expectEnd("load -source http://host/image /admin1/system1/sp1", "!options.empty()");
-}
-
-TEST_F(DeadlyLine, IsAStartWithAParameterThatIsNoProperty) {
-    replaceInSchema("setspeed:desiredspeed|8000", "setspeed:nosuchproperty|8000");
-    expectEnd("start /admin1/system1/oemvelmora_fan1", "flag");
-}
-
-TEST_F(DeadlyLine, IsAMethodParameterOfThreeParts) {
-    replaceInSchema("setspeed:desiredspeed|8000", "setspeed:desiredspeed|8000|1");
-    expectEnd("start /admin1/system1/oemvelmora_fan1", "static_cast<int>(p.size())<=2");
-}
-
-TEST_F(DeadlyLine, IsASetOfAReference) {
-    replaceInSchema("(systemsp_1)\n", "(systemsp_1)\nverbs=set:show\n");
-    expectEnd("set /admin1/system1=>systemsp=>/admin1/system1/sp1 partcomponent=x", "false");
-}
-
-TEST_F(DeadlyLine, IsTheFirstThatReadsAFaultySchema) {
-    replaceInSchema("command:set.elementname=ZORM_AdminDomain\n", "no name and no value\n");
-    expectEnd("cd", "pos!=string::npos");
-}
-
-TEST_F(DeadlyLine, IsTheFirstThatLooksForTheRootWhereNoTagIsIts) {
-    replaceInSchema("(admin_1)\n", "(root_1)\n");
-    expectEnd("cd", "p!=m_classTree.end()");
-}
-
-using MethodParameters = DeadlyLine;
-
-TEST_F(MethodParameters, MayBeAnEmptyList) {
-    replaceInSchema("setspeed:desiredspeed|8000", "restart:");
+TEST_P(DeadlyLine, EndsTheProcess) {
+    const Deadly& test = GetParam();
+    const RunDirectory directory;
+    replaceInSchema(directory, test.old, test.put);
     const SimulatorProcess simulator(directory);
     CommandSession session(directory, simulator.port());
-    EXPECT_EQ(0U, session.answer("start /admin1/system1/oemvelmora_fan1")
-                      .find("/admin1/system1/oemvelmora_fan1 started at "));
+    session.answer("version");
+    int status = 0;
+    const std::string words = session.lastWords(test.line, status);
+    EXPECT_NE(std::string::npos,
+              words.find("Assertion `" + std::string(test.assertion) + "' failed."))
+        << words;
+    EXPECT_EQ(128 + SIGABRT, status);
 }
 
-TEST_F(MethodParameters, AreTheFourthFieldOfFourAndNoOther) {
-    replaceInSchema("setspeed:desiredspeed|8000", "restart:nosuchproperty|1:");
-    const SimulatorProcess simulator(directory);
-    CommandSession session(directory, simulator.port());
-    EXPECT_EQ(0U, session.answer("start /admin1/system1/oemvelmora_fan1")
-                      .find("/admin1/system1/oemvelmora_fan1 started at "));
+INSTANTIATE_TEST_SUITE_P(Is, DeadlyLine, testing::ValuesIn(LINES),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+// An empty list, and the fourth field of four.
+TEST(MethodParameters, ThatAreNoneStartTheTarget) {
+    for (const char* method : {"restart:", "restart:nosuchproperty|1:"}) {
+        const RunDirectory directory;
+        replaceInSchema(directory, "setspeed:desiredspeed|8000", method);
+        const SimulatorProcess simulator(directory);
+        CommandSession session(directory, simulator.port());
+        EXPECT_EQ(0U, session.answer("start /admin1/system1/oemvelmora_fan1")
+                          .find("/admin1/system1/oemvelmora_fan1 started at "))
+            << method;
+    }
 }
 
-using ObjectOfAnUnknownClass = DeadlyLine;
-
-TEST_F(ObjectOfAnUnknownClass, IsWrittenByTheTagThatLedToItAndNotShown) {
-    replaceInSchema(":acme_powersensor", "");
+TEST(ObjectOfAnUnknownClass, IsWrittenByTheTagThatLedToItAndNotShown) {
+    const RunDirectory directory;
+    replaceInSchema(directory, ":acme_powersensor", "");
     const SimulatorProcess simulator(directory);
     CommandSession session(directory, simulator.port());
     const std::string target = "/admin1/system2/sensor21";
@@ -120,3 +100,5 @@ TEST_F(ObjectOfAnUnknownClass, IsWrittenByTheTagThatLedToItAndNotShown) {
     EXPECT_NE(std::string::npos, session.answer("show -o format=keyword -level 2 /admin1/system2")
                                      .find("\r\nufip=/admin1/system2/sensor3\r\n"));
 }
+
+} // namespace

@@ -1,8 +1,6 @@
 // An operator watches a firmware update: the marks, how it ends, and keys that come too early.
 #include "tests/terminal/operators_terminal.h"
 
-#include <regex>
-
 namespace {
 
 const std::string BEGUN = "Updating started.\n";
@@ -23,13 +21,6 @@ protected:
         options.program = VELCLP_PRETENDED_HOST;
         options.arguments = {"--poll", "10"};
         return start(options);
-    }
-    // The job cannot be found by the look of that number at it.
-    void loseJobAtLook(int number) const {
-        simulator.post("/sim/faults",
-                       "operation=GetInstance class=ZORM_SoftwareInstallationJob kind=error "
-                       "code=6 nth=" +
-                           std::to_string(number));
     }
     void finishJobs() const {
         simulator.post("/sim/model?do=remove",
@@ -64,27 +55,6 @@ TEST_F(FirmwareUpdate, TellsHowItEndedInEveryFormOfTheAnswer) {
                   "<job><job_id>" + std::to_string(job + 3) + "</job_id></job></cmdstat>\n");
         job += 3;
     }
-}
-
-TEST_F(FirmwareUpdate, ShowsAMarkForEveryLookAtTheJobSixteenInALine) {
-    const std::string line(16, '#');
-    const std::pair<int, std::string> cases[] = {
-        {1, ""},
-        {2, "#"},
-        {17, line},
-        {18, line + "\n"},
-        {19, line + "\n#"},
-        {33, line + "\n" + line.substr(1)},
-        {36, line + "\n" + line.substr(1) + "\n##"},
-    };
-    PtySession& terminal = startImpatient();
-    for (const auto& [look, marks] : cases) {
-        loseJobAtLook(look);
-        EXPECT_EQ(terminal.answer(load("sp-9.1.bin?seconds=3600")), BEGUN + marks + FAILED) << look;
-        finishJobs();
-    }
-    const std::string answer = terminal.answer(load("sp-9.1.bin?seconds=1"));
-    EXPECT_TRUE(std::regex_match(answer, std::regex(BEGUN + "#[#\n]*" + DONE))) << answer;
 }
 
 // The update is not cut off half-way: the key is without effect, and what was typed meanwhile is

@@ -42,15 +42,6 @@ TEST_F(OperatorsTerminal, ALoginShellIsASessionLikeAnyOther) {
     EXPECT_NE(remote.output().find("clpversion=1.0.2"), std::string::npos);
 }
 
-TEST_F(OperatorsTerminal, TheInterruptKeyGivesUpTheLineBeingTyped) {
-    PtySession& terminal = start();
-    terminal.type("show /admin1");
-    terminal.expect("show /admin1");
-    terminal.type(CTRL_C);
-    EXPECT_EQ(terminal.prompt(), "\n");
-    EXPECT_NE(terminal.answer("version").find("1.0.2"), std::string::npos);
-}
-
 // With the key the terminal throws away what was typed, which the session may be about to read.
 TEST(TerminalStream, HearsTheInterruptKeyThatTakesItsInputAway) {
     int master = -1;
@@ -85,27 +76,6 @@ TEST_F(OperatorsTerminal, TheInterruptKeyStopsTheRunningCommandAndTheSessionGoes
     EXPECT_EQ(directory.query("clpsvc.db3", "SELECT count(*) FROM CLPCmdJob WHERE JobState=9"),
               "1\n");
     EXPECT_NE(terminal.answer("version").find("1.0.2"), std::string::npos);
-}
-
-TEST_F(OperatorsTerminal, ARequestFromOutsideStopsTheJobThatItNames) {
-    PtySession& terminal = start();
-    terminal.answer("show -level all /admin1");
-    slowDown(200);
-    terminal.type("show -level all /admin1\r");
-    terminal.expect("\n");
-    std::string job;
-    for (int i = 0; i < 500 && job.empty(); ++i)
-        job = directory.query("clpsvc.db3", "SELECT id FROM CLPCmdJob WHERE JobState=4");
-    ASSERT_FALSE(job.empty());
-    job.pop_back();
-    directory.execute("clp.db3", "INSERT INTO job_terminate VALUES('" +
-                                     std::to_string(terminal.pid()) + "'," + job + ",0)");
-    terminal.signal(SIGUSR1);
-    terminal.expect("Job " + job + " is killed\n", std::chrono::seconds(5));
-    terminal.prompt();
-    EXPECT_EQ(directory.query("clpsvc.db3", "SELECT JobState FROM CLPCmdJob WHERE id=" + job),
-              "8\n");
-    EXPECT_EQ(directory.query("clp.db3", "SELECT count(*) FROM job_terminate"), "0\n");
 }
 
 TEST_F(OperatorsTerminal, TerminationAndHangUpEndItInOrder) {
@@ -161,20 +131,6 @@ TEST_F(OperatorsTerminal, TheTimeOutEndsAnIdlePromptAndNoRunningCommand) {
     EXPECT_NE(terminal.answer("show -display properties /admin1").find("\n"), std::string::npos);
     EXPECT_EQ(terminal.wait(std::chrono::seconds(5)), 0);
     EXPECT_EQ(terminal.screen().rows().back(), "CLP Session terminated");
-}
-
-TEST_F(OperatorsTerminal, AContinuedLineIsOneCommandAndRecalledAsOne) {
-    PtySession& terminal = start();
-    terminal.type("version -o `\rformat=keyword\r");
-    EXPECT_NE(terminal.expect("endoutput\n").find("clpversion=1.0.2"), std::string::npos);
-    terminal.prompt();
-    terminal.type(UP);
-    terminal.expect("version -o format=keyword");
-    terminal.type("\r");
-    terminal.expect("endoutput\n");
-    terminal.prompt();
-    EXPECT_EQ(terminal.screen().rows()[0], "-> version -o `");
-    EXPECT_EQ(terminal.screen().rows()[1], "format=keyword");
 }
 
 TEST_F(OperatorsTerminal, ANewWindowSizeHoldsFromTheNextLineOn) {
