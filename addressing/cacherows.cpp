@@ -1,6 +1,7 @@
 #include "addressing/cacherows.h"
 
 #include "mapping/cimvalue.h"
+#include "schema/cimnamespace.h"
 #include "velclp/assertion.h"
 #include "velclp/clpstring.h"
 #include "velclp/dbstatement.h"
@@ -136,26 +137,24 @@ std::vector<std::string> keyTexts(CMPIObjectPath* path) {
 }
 
 struct Held {
-    std::size_t value; // its place
+    std::size_t place;
     int rows;
 };
 
-// Of the key values the one that the fewest rows hold, counted up to a limit.
-Held leastHeld(const char* function, DBConnection& db, const std::vector<std::string>& values,
+// Of several picks, each a table with a condition, the one of the fewest rows, counted up to a
+// limit.
+Held leastHeld(const char* function, DBConnection& db, const std::vector<std::string>& picks,
                int limit) {
     std::string sql;
-    for (std::size_t i = 0; i < values.size(); ++i)
-        sql +=
-            (i == 0 ? "SELECT " : ",") +
-            ("(SELECT count(*) FROM (SELECT 1 FROM addrsvc_cim WHERE value=" + quoted(values[i]) +
-             " LIMIT " + std::to_string(limit)) +
-            ")) AS held" + std::to_string(i);
+    for (std::size_t i = 0; i < picks.size(); ++i)
+        sql += (i == 0 ? "SELECT " : ",") + ("(SELECT count(*) FROM (SELECT 1 FROM " + picks[i]) +
+               " LIMIT " + std::to_string(limit) + ")) AS held" + std::to_string(i);
     DbStatement statement(function, db);
     DBResultSet& result = statement.query(sql);
     Held least{0, limit};
     if (!result.next())
         return least;
-    for (std::size_t i = 0; i < values.size(); ++i) {
+    for (std::size_t i = 0; i < picks.size(); ++i) {
         const int rows = result.getInt("held" + std::to_string(i));
         if (rows < least.rows)
             least = {i, rows};
@@ -163,18 +162,23 @@ Held leastHeld(const char* function, DBConnection& db, const std::vector<std::st
     return least;
 }
 
-// A value that few rows hold. Nearly always one of the keys is the object's own, which a short
-// count shows; only when none is does a longer one pay.
-const std::string& rarest(const char* function, DBConnection& db,
-                          const std::vector<std::string>& values) {
+// The place of the key value that few rows hold, or the number of values where fewer are of the
+// class: all that stands in a system holds every key value of the system. Nearly always one of the
+// keys is the object's own, which a short count shows; only when none is does a longer one pay.
+std::size_t rarest(const char* function, DBConnection& db, const std::vector<std::string>& values,
+                   const std::string& cimclass) {
     constexpr int few = 8;
     constexpr int many = 2000;
-    Held held{0, 0};
-    if (values.size() > 1)
-        held = leastHeld(function, db, values, few);
+    if (values.size() == 1)
+        return 0;
+    std::vector<std::string> picks;
+    for (const std::string& value : values)
+        picks.push_back("addrsvc_cim WHERE value=" + quoted(value));
+    picks.push_back("addrsvc_clp WHERE cimclass=" + quoted(cimclass));
+    Held held = leastHeld(function, db, picks, few);
     if (held.rows == few)
-        held = leastHeld(function, db, values, many);
-    return values.at(held.value);
+        held = leastHeld(function, db, picks, many);
+    return held.place;
 }
 
 // Reads rows with their keys; from names the tables that pick them, addrsvc_clp as "c". Sorting
@@ -267,19 +271,23 @@ std::vector<CachedKey> readKeys(const char* function, DBConnection& db, int id) 
 
 std::vector<CachedRow> readCandidates(const char* function, DBConnection& db,
                                       CMPIObjectPath* path) {
-    const std::string ofClass = "c.cimclass=" + quoted(cimClassName(path));
+    const std::string cimclass = cimClassName(path);
+    const std::string ofClass = "c.cimclass=" + quoted(cimclass);
     const std::vector<std::string> values = keyTexts(path);
     if (values.empty())
         return readRows(function, db,
                         ofClass + " AND NOT EXISTS(SELECT 1 FROM addrsvc_cim n WHERE n.id=c.id)");
+    const std::size_t place = rarest(function, db, values, cimclass);
+    if (place == values.size())
+        return readRows(function, db, ofClass);
     // The plus keeps the class's own index, which picks far too many rows, out of the search.
     return readFrom(function, db, "addrsvc_cim s CROSS JOIN addrsvc_clp c ON c.id=s.id",
-                    "s.value=" + quoted(rarest(function, db, values)) + " AND +" + ofClass);
+                    "s.value=" + quoted(values[place]) + " AND +" + ofClass);
 }
 
 CimPath rebuild(const CachedRow& row) {
     CimStatus status;
-    CimPath path(newCMPIObjectPath("root/zorm", row.cimclass.c_str(), status.out()));
+    CimPath path(newCMPIObjectPath(DEFAULT_NAMESPACE, row.cimclass.c_str(), status.out()));
     VELCLP_ASSERT(path, "objectpath");
     for (const CachedKey& key : row.keys)
         addKey(path.get(), key);

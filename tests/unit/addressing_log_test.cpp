@@ -5,6 +5,7 @@
 #include "database/faults.h"
 #include "log/osalog.h"
 
+#include <algorithm>
 #include <functional>
 #include <set>
 #include <sqlite3.h>
@@ -219,6 +220,24 @@ TEST_F(AddressLogTest, EveryOperationBeginsAndEndsAndItsStatementsFindTheirRowsT
         }
     }
     EXPECT_LT(60, statements);
+}
+
+TEST_F(AddressLogTest, AnObjectWhoseKeysAllStandInManyOthersIsFoundByItsClass) {
+    const fakecim::Object& a = addSystem("a");
+    CLPAddrSVC own(m_server.client());
+    resolve(own, "system1");
+    m_directory.execute(
+        "clp.db3",
+        "WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i+1 FROM n WHERE i<120) INSERT INTO "
+        "addrsvc_clp SELECT '/admin1/system1/fan'||i,'ZORM_Fan',i,'root/zorm' FROM n;"
+        "INSERT INTO addrsvc_cim SELECT c.id,'System'||k.name,k.value,k.type FROM addrsvc_clp c, "
+        "addrsvc_cim k JOIN addrsvc_clp s ON s.id=k.id "
+        "WHERE c.cimclass='ZORM_Fan' AND s.ufip='/admin1/system1'");
+    EXPECT_EQ("/admin1/system1", own.getUfip(a.path().get()));
+    const auto all = records();
+    EXPECT_TRUE(std::any_of(all.begin(), all.end(), [](const std::string& one) {
+        return one.find("WHERE c.cimclass='ZORM_ComputerSystem'") != std::string::npos;
+    }));
 }
 
 } // namespace
