@@ -1,5 +1,6 @@
 // Which of several class tags of a class an object belongs to.
 #include "mapping/cimvalue.h"
+#include "schema/cimnamespace.h"
 #include "velclp/addrsvc.h"
 #include "velclp/assertion.h"
 #include "velclp/clpstring.h"
@@ -23,10 +24,9 @@ bool matched(bool match) {
 CimClass readClass(CMCIClient* cc, const std::string& cimclass) {
     const CLPSchema& schema = *CLPSchema::getInstance();
     VELCLP_ASSERT(schema.hasCIMClass(cimclass), "schema.hasCIMClass(cimclass)");
-    const std::string& ns = schema.getNS(cimclass);
     CimStatus status;
     const CimPath path(
-        newCMPIObjectPath(ns.empty() ? "root/zorm" : ns.c_str(), cimclass.c_str(), status.out()));
+        newCMPIObjectPath(namespaceOf(cimclass).c_str(), cimclass.c_str(), status.out()));
     CimClass cimClass(cc->ft->getClass(cc, path.get(),
                                        CMPI_FLAG_IncludeQualifiers | CMPI_FLAG_IncludeClassOrigin,
                                        nullptr, status.out()));

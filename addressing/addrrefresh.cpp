@@ -2,6 +2,7 @@
 #include "addressing/cacherows.h"
 #include "addressing/cachewrite.h"
 #include "mapping/cimvalue.h"
+#include "schema/cimnamespace.h"
 #include "velclp/addrsvc.h"
 #include "velclp/assertion.h"
 #include "velclp/cacheguard.h"
@@ -22,7 +23,6 @@ using namespace addrcache;
 namespace {
 
 const char* const function = "CLP.CLPAddrSVC.refreshCacheUfct";
-const char* const defaultNs = "root/zorm";
 
 // One level: the instances of a class tag under one parent.
 struct Level {
@@ -94,7 +94,7 @@ void LevelRefresh::collect(CMPIEnumeration* enumeration) {
         if (!m_level.rootNs.empty())
             path->ft->setNameSpace(path, m_level.rootNs.c_str());
         else if (cimNameSpace(path).empty())
-            path->ft->setNameSpace(path, defaultNs);
+            path->ft->setNameSpace(path, DEFAULT_NAMESPACE);
         std::optional<std::string> identity = identityOf(path);
         if (identity && m_onServer.insert(*identity).second)
             m_found.push_back({path, std::move(*identity)});
@@ -258,8 +258,7 @@ void CLPAddrSVC::refreshCacheUfct(const std::string& p_ufip, CMPIObjectPath* par
     if (type == "nature")
         openCounter(level.key);
     if (root) {
-        const std::string& ns = schema.getNS(level.cimclass);
-        level.rootNs = ns.empty() ? defaultNs : ns;
+        level.rootNs = namespaceOf(level.cimclass);
     }
     const int nextRow = getNextSeq(rowCounter);
     level.firstYoungRow = nextRow > 0 ? nextRow : lastNumber;
@@ -313,7 +312,7 @@ bool CLPAddrSVC::objectExistInCIMOM(CMPIEnumeration* enumeration, CMPIObjectPath
         VELCLP_ASSERT(isReference(data), "(data.type==((16+1)<<8))&&data.value.ref");
         const CimPath entry = cimClone(data.value.ref);
         if (cimNameSpace(entry.get()).empty())
-            entry->ft->setNameSpace(entry.get(), defaultNs);
+            entry->ft->setNameSpace(entry.get(), DEFAULT_NAMESPACE);
         if (clp_sameCMPIObjectPath(entry.get(), objectpath) != 0) {
             VELCLP_LOG_BRANCH(name, "same objectpath!");
             return true;

@@ -13,7 +13,6 @@
 
 namespace velmora_clp {
 
-const char* const DEFAULT_NAMESPACE = "root/zorm";
 const char* const LOCAL_HOST = "localhost";
 
 // A client that sends `user` and no password; null when nothing answers.

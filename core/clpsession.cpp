@@ -1,6 +1,7 @@
 #include "velclp/clpsession.h"
 
 #include "core/cimconnect.h"
+#include "schema/cimnamespace.h"
 #include "velclp/assertion.h"
 #include "velclp/clpcommand.h"
 #include "velclp/dbstatement.h"

@@ -1,6 +1,7 @@
 #include "core/remotejob.h"
 
 #include "core/cimconnect.h"
+#include "schema/cimnamespace.h"
 #include "velclp/assertion.h"
 #include "velclp/core_misc.h"
 #include "velclp/joberror.h"

@@ -3,6 +3,7 @@
 
 #include "mapping/cimvalue.h"
 #include "mapping/operation.h"
+#include "schema/cimnamespace.h"
 #include "velclp/assertion.h"
 #include "velclp/clpstring.h"
 #include "velclp/log.h"

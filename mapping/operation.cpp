@@ -28,11 +28,6 @@ std::string classOfTag(const std::string& ufct) {
     return own.empty() ? schema.getCIMClass(ufct) : own;
 }
 
-std::string namespaceOf(const std::string& cimclass) {
-    const std::string& ns = CLPSchema::getInstance()->getNS(cimclass);
-    return ns.empty() ? "root/zorm" : ns;
-}
-
 CimEnumeration associators(CMCIClient* cc, CMPIObjectPath* path, const char* association,
                            const char* resultClass) {
     CimStatus status;

@@ -14,9 +14,8 @@ JobError* newJobError(int error, int cimStatus, int severity);
 // Logs an error, if there is one, and gives it back.
 JobError* logFailure(const char* function, JobError* error);
 
-// The class of a tag's objects, and the namespace of a class.
+// The class of a tag's objects.
 std::string classOfTag(const std::string& ufct);
-std::string namespaceOf(const std::string& cimclass);
 
 // The objects at the other end of an association; null when that failed and when there are none.
 CimEnumeration associators(CMCIClient* cc, CMPIObjectPath* path, const char* association,

@@ -1,5 +1,6 @@
 #include "output/classes.h"
 
+#include "schema/cimnamespace.h"
 #include "velclp/addrsvc.h"
 #include "velclp/cimhandle.h"
 #include "velclp/clpstring.h"
@@ -7,12 +8,6 @@
 #include "velclp/schema.h"
 
 namespace velmora_clp {
-
-namespace {
-
-constexpr char const* DEFAULT_NAMESPACE = "root/zorm";
-
-} // namespace
 
 std::string schemaClassOf(const std::string& cimclass) {
     const CLPSchema& schema = *CLPSchema::getInstance();
@@ -53,15 +48,10 @@ std::string referredAddress(CLPAddrSVC& addresses, const CMPIData& reference,
     const CimPath object = cimClone(reference.value.ref);
     if (!object)
         return std::string();
-    object->ft->setNameSpace(object.get(), nameSpaceOf(cimClassName(object.get())).c_str());
+    object->ft->setNameSpace(object.get(), namespaceOf(cimClassName(object.get())).c_str());
     if (!known.address.empty() && clp_sameCMPIObjectPath(object.get(), known.object))
         return known.address;
     return addressOf(addresses, object.get());
-}
-
-std::string nameSpaceOf(const std::string& cimclass) {
-    const std::string& name = CLPSchema::getInstance()->getNS(cimclass);
-    return name.empty() ? DEFAULT_NAMESPACE : name;
 }
 
 bool beginsWithOem(const std::string& name) {

@@ -39,9 +39,6 @@ struct Addressed {
 std::string referredAddress(CLPAddrSVC& addresses, const CMPIData& reference,
                             const Addressed& known);
 
-// The namespace of a class: the schema's.
-std::string nameSpaceOf(const std::string& cimclass);
-
 // Vendor classes and verbs are marked by these letters, in any case.
 bool beginsWithOem(const std::string& name);
 bool containsOem(const std::string& name);

@@ -4,6 +4,7 @@
 #include "output/displayoption.h"
 #include "output/parsedline.h"
 #include "output/propvalue.h"
+#include "schema/cimnamespace.h"
 #include "velclp/cimhandle.h"
 #include "velclp/clpstring.h"
 #include "velclp/coutputer.h"
@@ -92,7 +93,7 @@ bool COutputer::CheckSelectorStatic(Token token, FilterResult* result) {
         VELCLP_LOG_FAILURE(FUNCTION, "Cannot find ufct of this Cimclass");
         return false;
     }
-    result->cim_namespace = nameSpaceOf(result->cim_class);
+    result->cim_namespace = namespaceOf(result->cim_class);
     const Names names = line.getPropertyNames(CLPToken::PROPERTY_NAME);
     if (!names.empty() && !read_class(result)) {
         VELCLP_LOG_FAILURE(FUNCTION, "Get Class failed");
@@ -169,7 +170,7 @@ void COutputer::select_properties(const Token& token, FilterResult* result, cons
     if (!line.hasOption(OPT_ALL)) {
         for (const std::string& name : schema.getRequiredProperties(ufct))
             result->properties.emplace(name, nullptr);
-    } else if (CMPIConstClass* definition = class_of(nameSpaceOf(cimclass), cimclass)) {
+    } else if (CMPIConstClass* definition = class_of(namespaceOf(cimclass), cimclass)) {
         addClassProperties(definition, result->properties);
     } else {
         VELCLP_LOG_FAILURE("CLP.COutputer.select_properties", "Get Class failed");

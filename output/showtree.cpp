@@ -5,6 +5,7 @@
 #include "output/lastterm.h"
 #include "output/paging.h"
 #include "output/propvalue.h"
+#include "schema/cimnamespace.h"
 #include "velclp/addrsvc.h"
 #include "velclp/clpcommand.h"
 #include "velclp/schema.h"
@@ -104,7 +105,7 @@ bool COutputer::ShowTree::collectProperties(const TargetGroup& group, const Targ
     if (!has(_show_filter::PROPERTIES))
         return true;
     const std::string cimclass = cimClassName(target.object);
-    CMPIConstClass* definition = m_output.class_of(nameSpaceOf(cimclass), cimclass);
+    CMPIConstClass* definition = m_output.class_of(namespaceOf(cimclass), cimclass);
     const std::vector<std::string>& required =
         CLPSchema::getInstance()->getRequiredProperties(group.ufct);
     CimStatus status;

@@ -3,6 +3,7 @@
 #include "output/joins.h"
 #include "output/propvalue.h"
 #include "output/writer.h"
+#include "schema/cimnamespace.h"
 #include "velclp/addrsvc.h"
 #include "velclp/cimhandle.h"
 #include "velclp/clpcommand.h"
@@ -114,7 +115,7 @@ void COutputer::txt_show_associations_internal(std::string association_class,
                           schema.getType(association_class) == "complex_assoc";
     const std::string ufct = defaultTagOfClass(association_class);
     CMPIConstClass* cimclass = complete && !paths.empty()
-                                   ? class_of(nameSpaceOf(association_class), association_class)
+                                   ? class_of(namespaceOf(association_class), association_class)
                                    : nullptr;
     const Writer out(*m_transport);
     const AssociationText text(out, addresses(), {result->object, result->address}, cimclass);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "schema/cimnamespace.h"
 #include "velclp/clpstring.h"
 #include "velclp/schema.h"
 
@@ -100,7 +101,7 @@ CLPSchema::TagInfo CLPSchema::prepareTag(const Tree& tree, const std::string& ta
 CLPSchema::ClassInfo CLPSchema::prepareClass(const Tree& tree) const {
     ClassInfo info;
     info.type = valueOf(tree, {"type"}, "static");
-    info.ns = valueOf(tree, {"namespace"}, "root/zorm");
+    info.ns = valueOf(tree, {"namespace"}, DEFAULT_NAMESPACE);
     info.parent = valueOf(tree, {"parent"});
     info.verbs = listOf(tree, {"verbs"});
     info.assoc = listOf(tree, {"assoc"});

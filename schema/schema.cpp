@@ -1,5 +1,6 @@
 #include "velclp/schema.h"
 
+#include "schema/cimnamespace.h"
 #include "velclp/assertion.h"
 #include "velclp/log.h"
 
@@ -8,7 +9,7 @@ namespace velmora_clp {
 namespace {
 
 const std::string EMPTY;
-const std::string DEFAULT_NAMESPACE = "root/zorm";
+const std::string GENERAL_NAMESPACE = DEFAULT_NAMESPACE;
 
 template<typename Map>
 const typename Map::mapped_type* find(const Map& map, const std::string& key) {
@@ -124,7 +125,7 @@ const std::string& CLPSchema::getType(const std::string& cimclass) const {
 const std::string& CLPSchema::getNS(const std::string& cimclass) const {
     VELCLP_TRACE("CLP.CLPSchema.getNS");
     const ClassInfo* info = findClass(cimclass);
-    return info ? info->ns : DEFAULT_NAMESPACE;
+    return info ? info->ns : GENERAL_NAMESPACE;
 }
 
 const std::string& CLPSchema::getParent(const std::string& cimclass) const {
