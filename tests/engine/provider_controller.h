@@ -8,9 +8,10 @@
 #include "simulator/providerset.h"
 #include "tests/support/run_directory.h"
 
+#include <gtest/gtest.h>
+
 #include <chrono>
 #include <functional>
-#include <initializer_list>
 #include <string>
 #include <thread>
 #include <utility>
@@ -20,7 +21,7 @@ class Controller {
 public:
     using Value = velclp_sim::Value;
     using ObjectPath = velclp_sim::ObjectPath;
-    using Named = std::initializer_list<std::pair<std::string, Value>>;
+    using Named = std::vector<std::pair<std::string, Value>>;
 
     // With a speed of 1 nothing that takes its time ends within a test; with 1000 it has soon
     // ended.
@@ -62,8 +63,19 @@ public:
         return instance ? instance->get(property) : Value("gone");
     }
 
+    // The properties read as given; of numbers the sign's type does not matter.
+    void expect(const ObjectPath& path, const Named& properties) {
+        for (const auto& [name, expected] : properties) {
+            const Value value = get(path, name);
+            const bool same = expected.isInteger() ? value.toSigned(-99) == expected.toSigned()
+                                                   : value == expected;
+            EXPECT_TRUE(same) << path.toText() << " " << name << " is " << value.toSigned(-99)
+                              << value.toString();
+        }
+    }
+
     velclp_sim::MethodResult invoke(const ObjectPath& path, const std::string& method,
-                                    Named arguments = {}) {
+                                    const Named& arguments = {}) {
         const auto* declared = classOf(path).method(method);
         velclp_sim::Arguments in;
         for (const auto& [name, value] : arguments) {
@@ -77,11 +89,17 @@ public:
         throw velclp_sim::CimError(velclp_sim::CimStatus::methodNotAvailable, method);
     }
 
-    std::uint64_t call(const ObjectPath& path, const std::string& method, Named arguments = {}) {
+    std::uint64_t call(const ObjectPath& path, const std::string& method,
+                       const Named& arguments = {}) {
         return invoke(path, method, arguments).returnValue.toUnsigned(99);
     }
+    // Of the first instance of the class.
+    std::uint64_t call(const std::string& className, const std::string& method,
+                       const Named& arguments = {}) {
+        return call(find(className), method, arguments);
+    }
 
-    ObjectPath create(const std::string& className, Named properties) {
+    ObjectPath create(const std::string& className, const Named& properties) {
         const auto& cls = repository.requireClass("root/zorm", className);
         velclp_sim::Instance draft(cls);
         for (const auto& [name, value] : properties) {
