@@ -9,8 +9,12 @@
 #include "velclp/cimhandle.h"
 #include "velclp/schema.h"
 
+#include <gtest/gtest.h>
+
 #include <map>
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace velmora_clp {
 
@@ -23,6 +27,31 @@ inline CimClient connectTo(const SimulatorProcess& simulator) {
 inline std::string textOf(CMPIObjectPath* path) {
     CimStatus status;
     return cimText(CimString(path->ft->toString(path, status.out())).get());
+}
+
+// The cache has no object without keys, no keys without an object, and neither an object nor an
+// address twice.
+inline void expectSoundCache(const RunDirectory& directory) {
+    EXPECT_EQ("", directory.query(
+                      "clp.db3",
+                      "SELECT 'bare',ufip FROM addrsvc_clp WHERE id NOT IN (SELECT id FROM "
+                      "addrsvc_cim) UNION ALL SELECT 'lost',id FROM addrsvc_cim WHERE id NOT IN "
+                      "(SELECT id FROM addrsvc_clp) UNION ALL SELECT 'address',ufip FROM "
+                      "addrsvc_clp GROUP BY ufip HAVING count(*)>1 UNION ALL SELECT 'key',name "
+                      "FROM addrsvc_cim GROUP BY id,name HAVING count(*)>1 UNION ALL SELECT "
+                      "'object',min(u) FROM (SELECT c.ufip AS u,c.cimclass||c.ns||group_concat("
+                      "k.name||'='||k.value) AS o FROM addrsvc_clp c JOIN addrsvc_cim k ON "
+                      "k.id=c.id GROUP BY c.id) GROUP BY o HAVING count(*)>1"));
+    EXPECT_EQ("ok\n", directory.query("clp.db3", "PRAGMA integrity_check"));
+}
+
+// The lines of a text.
+inline std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
 }
 
 class AddressSession {

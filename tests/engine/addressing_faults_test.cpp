@@ -20,7 +20,6 @@
 #include <regex>
 #include <set>
 #include <sqlite3.h>
-#include <sstream>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -33,15 +32,6 @@ using std::chrono::milliseconds;
 constexpr char CACHE[] = "clp.db3";
 constexpr char UNKNOWN_TARGET[] = "show -display properties=name /admin1/system1/sp1";
 constexpr milliseconds BUSY_TIME(400);
-
-// The lines of a text.
-std::set<std::string> linesOf(const std::string& text) {
-    std::istringstream stream(text);
-    std::set<std::string> lines;
-    for (std::string line; std::getline(stream, line);)
-        lines.insert(line);
-    return lines;
-}
 
 // A directory whose cache is looked at.
 class CacheFixture : public testing::Test {
@@ -58,22 +48,12 @@ protected:
     }
     // Every cached object with its address.
     std::set<std::string> addresses() const {
-        return linesOf(m_directory.query(
+        const auto lines = linesOf(m_directory.query(
             CACHE, "SELECT c.ufip,c.cimclass,c.ns,(SELECT group_concat(k.name||'='||k.value) FROM "
                    "addrsvc_cim k WHERE k.id=c.id) FROM addrsvc_clp c"));
+        return {lines.begin(), lines.end()};
     }
-    // No object without keys, no keys without an object, no object under two addresses.
-    void expectSound() const {
-        EXPECT_EQ("", m_directory.query(
-                          CACHE, "SELECT 'bare',ufip FROM addrsvc_clp WHERE id NOT IN "
-                                 "(SELECT id FROM addrsvc_cim) UNION ALL SELECT 'lost',id FROM "
-                                 "addrsvc_cim WHERE id NOT IN (SELECT id FROM addrsvc_clp) "
-                                 "UNION ALL SELECT 'double',min(u) FROM (SELECT c.ufip AS u,"
-                                 "c.cimclass||c.ns||group_concat(k.name||'='||k.value) AS o FROM "
-                                 "addrsvc_clp c JOIN addrsvc_cim k ON k.id=c.id GROUP BY c.id) "
-                                 "GROUP BY o HAVING count(*)>1"));
-        EXPECT_EQ("ok\n", m_directory.query(CACHE, "PRAGMA integrity_check"));
-    }
+    void expectSound() const { expectSoundCache(m_directory); }
 
     RunDirectory m_directory;
 };

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <functional>
 #include <random>
 #include <set>
@@ -51,32 +50,36 @@ protected:
     }
 
     std::vector<std::string> lines(int session) const {
-        std::ifstream file(m_directory.file("session" + std::to_string(session)));
-        std::vector<std::string> all;
-        for (std::string line; std::getline(file, line);)
-            all.push_back(line);
-        return all;
+        return linesOf(m_directory.read("session" + std::to_string(session)));
     }
     void write(int session, const std::string& content) const {
         m_directory.write("session" + std::to_string(session), content);
-    }
-    void expectNoDoubleRow() const {
-        EXPECT_EQ("", m_directory.query("clp.db3",
-                                        "SELECT ufip,count(*) FROM addrsvc_clp GROUP BY ufip "
-                                        "HAVING count(*)>1"));
-        EXPECT_EQ("", m_directory.query(
-                          "clp.db3", "SELECT o,count(*) FROM (SELECT c.id,c.cimclass||"
-                                     "group_concat(k.name||'='||k.value) AS o FROM addrsvc_clp c "
-                                     "JOIN addrsvc_cim k ON k.id=c.id GROUP BY c.id) "
-                                     "GROUP BY o HAVING count(*)>1"));
-        EXPECT_EQ("",
-                  m_directory.query("clp.db3", "SELECT id,name FROM addrsvc_cim GROUP BY id,name "
-                                               "HAVING count(*)>1"));
     }
 
     RunDirectory m_directory;
     SimulatorProcess m_simulator;
 };
+
+TEST_F(AddressSessionsTest, EveryObjectHasOneAddressAndEveryAddressItsObjectWithoutAWalk) {
+    AddressSession session(m_simulator);
+    const std::map<std::string, std::string> all = session.walk();
+    EXPECT_GT(all.size(), 60U);
+    for (const char* address :
+         {"/admin1/system2/log1", "/admin1/system1/sp1/log1", "/admin1/blade1",
+          "/admin1/system1/oemvelmora_fan2", "/admin1/chassis1", "/admin1/system1/sp1/role1",
+          "/admin1/system1/sp1/ethport1/ipendpt1/ipsettings1"})
+        EXPECT_EQ(1U, all.count(address)) << address;
+    m_simulator.post("/sim/stats", "");
+    AddressSession other(m_simulator);
+    for (const auto& [address, path] : all) {
+        EXPECT_EQ(path, other.resolve(address));
+        EXPECT_EQ(address, other.addressOf(address));
+    }
+    const std::string calls = m_simulator.get("/sim/stats");
+    for (const char* walk : {"EnumerateInstanceNames", "AssociatorNames", "ReferenceNames"})
+        EXPECT_EQ(std::string::npos, calls.find(walk)) << calls;
+    expectSoundCache(m_directory);
+}
 
 TEST_F(AddressSessionsTest, SessionsThatStartAtOnceOnAnEmptyCacheAgreeOnEveryAddress) {
     // What there is to address, found in a process and a directory of its own.
@@ -92,10 +95,7 @@ TEST_F(AddressSessionsTest, SessionsThatStartAtOnceOnAnEmptyCacheAgreeOnEveryAdd
     }
     int status = 0;
     ASSERT_EQ(child, waitpid(child, &status, 0));
-    std::ifstream file(m_directory.file("targets"));
-    std::vector<std::string> all;
-    for (std::string line; std::getline(file, line);)
-        all.push_back(line);
+    std::vector<std::string> all = linesOf(m_directory.read("targets"));
     ASSERT_LE(targets, all.size());
     std::shuffle(all.begin(), all.end(), std::mt19937(1));
     all.resize(targets);
@@ -121,7 +121,7 @@ TEST_F(AddressSessionsTest, SessionsThatStartAtOnceOnAnEmptyCacheAgreeOnEveryAdd
         const std::string address = line.substr(0, line.find(' '));
         EXPECT_EQ(address, line.substr(line.rfind(' ') + 1)) << line;
     }
-    expectNoDoubleRow();
+    expectSoundCache(m_directory);
     // A second run agrees with the first.
     AddressSession later(m_simulator);
     for (const std::string& address : all)
@@ -164,7 +164,7 @@ TEST_F(AddressSessionsTest, SessionsThatMeetTheSameObjectsFromBelowWhileTheOrder
         }
     }
     EXPECT_LT(20U, objectOf.size());
-    expectNoDoubleRow();
+    expectSoundCache(m_directory);
 }
 
 } // namespace

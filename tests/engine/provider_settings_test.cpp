@@ -28,32 +28,6 @@ TEST(Clock, IsReadAndSet) {
     }
 }
 
-TEST(PowerLimit, HoldsForTheMeterThatWasNamed) {
-    Controller controller;
-    const ObjectPath meter = controller.find("ZORM_PowerMeter", "SystemName", "sysA");
-    EXPECT_EQ(controller.call("ZORM_PUMService", "RequestPowerUtilizationLimit",
-                              {{"EnforceUtilizationLimit", true},
-                               {"UtilizationLimit", 300},
-                               {"UtilizationLimitUnit", "watt"},
-                               {"UtilizingElement", Value(meter)}}),
-              0u);
-    controller.expect(meter, {{"PowerLimit", 300}, {"LimitEnforced", true}});
-    controller.expect(controller.find("ZORM_PowerMeter", "SystemName", "sysB"),
-                      {{"PowerLimit", 400}});
-}
-
-TEST(Ports, ChangeTheirSidebandModeTogether) {
-    Controller controller;
-    const ObjectPath eth0 = controller.find("ZORM_EthernetPort", "DeviceID", "eth0");
-    const ObjectPath eth1 = controller.find("ZORM_EthernetPort", "DeviceID", "eth1");
-    EXPECT_EQ(
-        controller.call("ZORM_EthernetConfigurationService", "RequestNCSIModeChange",
-                        {{"RequestedNCSIMode", 4}, {"EthernetPorts", Value::Array{eth0, eth1}}}),
-        0u);
-    controller.expect(eth0, {{"CurrentNCSIMode", 4}});
-    controller.expect(eth1, {{"CurrentNCSIMode", 4}});
-}
-
 TEST(IpSettings, BecomeCurrentAndTheAddressFollows) {
     Controller controller;
     const ObjectPath endpoint = controller.find("ZORM_IPProtocolEndpoint");

@@ -103,10 +103,6 @@ TEST(Services, AreStartedAndStoppedByTheirOwnMethods) {
     controller.expect(agent, {{"Started", true}, {"EnabledState", 2}});
     EXPECT_EQ(controller.call(agent, "StopService"), 0u);
     controller.expect(agent, {{"Started", false}, {"EnabledState", 3}});
-    const ObjectPath daemon = controller.find("ZORM_DaemonService");
-    EXPECT_EQ(controller.call(daemon, "SetLogLevel", {{"LogLevel", 3}}), 0u);
-    EXPECT_EQ(controller.call(daemon, "Restart"), 0u);
-    controller.expect(daemon, {{"LogLevel", 3}});
 }
 
 TEST(Fan, RunsUpToTheSpeedThatWasAskedFor) {

@@ -91,18 +91,6 @@ TEST_F(Security, ALoginWithoutPrivilegesMayNothingAndAReaderMayOnlyRead) {
     }
 }
 
-TEST_F(Security, TheServerRefusesAReaderToo) {
-    // A line that the engine let pass would meet the provider under the login's own token.
-    SessionOptions options;
-    options.privileges = "1";
-    options.host = "127.0.0.1";
-    CommandSession reader(m_directory, m_simulator.port(), options);
-    m_simulator.post("/sim/log", "");
-    EXPECT_TRUE(denied(reader.answer("set /admin1/system1/sp1/user2 locked=true")));
-    reader.answer("show /admin1/system1/sp1/user2");
-    EXPECT_EQ("", changes());
-}
-
 TEST_F(Security, NothingThatIsTypedReachesTheDatabasesAsAStatement) {
     CommandSession console = session("511");
     console.answer("show -level all /admin1");

@@ -268,39 +268,6 @@ TEST_F(Engine, AJobKeepsTheTimeThatTheLineOrTheSessionGives) {
               "20000000\n");
 }
 
-TEST_F(Engine, ACommandThatIsStoppedSaysSoAndItsJobEndsKilledOrTerminated) {
-    start();
-    CLPSession& session = *CLPSession::getInstance();
-    for (const bool killed : {true, false}) {
-        testing::internal::CaptureStdout();
-        int id = 0;
-        {
-            Verb verb("localhost", simulator.port(), transport, [](Verb& self) {
-                for (;;) {
-                    self.checkpoint();
-                    sleepFor(1);
-                }
-            });
-            id = verb.getJobID();
-            EXPECT_EQ(session.findCommand(id), &verb);
-            verb.start();
-            if (killed)
-                EXPECT_EQ(session.stopFGCommand(), id);
-            else
-                session.stopallCommand();
-            EXPECT_EQ(verb.wait(-1), 0);
-        }
-        EXPECT_EQ(testing::internal::GetCapturedStdout(),
-                  "Job " + std::to_string(id) + " is killed\r\n");
-        EXPECT_EQ(jobs("id=" + std::to_string(id)),
-                  std::to_string(id) + (killed ? "|9\n" : "|8\n"));
-        EXPECT_EQ(session.findCommand(id), nullptr);
-    }
-    EXPECT_TRUE(session.allCommandDone());
-    EXPECT_EQ(session.stopFGCommand(), -1);
-    EXPECT_FALSE(session.stopCommand(77, CLPCommand::KILLED));
-}
-
 TEST_F(Engine, ACommandThatThrowsIsAnsweredAsASoftwareError) {
     start();
     testing::internal::CaptureStdout();
