@@ -62,7 +62,7 @@ resident() {
     rm "$work/in.fifo"
 }
 
-cp "$(readlink -f "$build/libvelclp.so")" "$work/lib.so"
+cp "$(readlink -f "$build/lib/libvelclp.so")" "$work/lib.so"
 strip "$work/lib.so"
 say "libvelclp.so, stripped" "$(stat -c %s "$work/lib.so") bytes"
 

@@ -2,21 +2,28 @@
 # builds need to find the library with CMake or pkg-config.
 include(CMakePackageConfigHelpers)
 
-# The installed programs find the libraries beside them, wherever the prefix is moved to.
+# Programs find the libraries beside them, wherever the prefix is moved to. The build tree has the
+# same search paths: those that CMake makes for it have empty entries, and such an entry is the
+# directory that a program happens to be started in.
 file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+set(program_rpath "$ORIGIN/${bin_to_lib}" "$ORIGIN/../lib")
+list(REMOVE_DUPLICATES program_rpath)
 foreach(program velclp_host velclp-sim)
     if(TARGET ${program})
-        set_target_properties(${program} PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+        set_target_properties(${program} PROPERTIES
+            INSTALL_RPATH "${program_rpath}" BUILD_WITH_INSTALL_RPATH TRUE)
         install(TARGETS ${program})
     endif()
 endforeach()
+set(libraries velclp velclp_platform)
 set(VELCLP_PC_CIM_CLIENT -lcmpisfcc)
 if(VELCLP_BUNDLED_CIM_CLIENT)
     set(VELCLP_PC_CIM_CLIENT -lvelclp_cimclient)
-    set_target_properties(velclp_cimclient PROPERTIES
-        VERSION ${PROJECT_VERSION} SOVERSION 1 INSTALL_RPATH "$ORIGIN")
+    set_target_properties(velclp_cimclient PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 1)
+    list(APPEND libraries velclp_cimclient)
 endif()
-set_target_properties(velclp velclp_platform PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(${libraries} PROPERTIES
+    INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH TRUE)
 install(TARGETS velclp velclp_platform velclp_cimclient EXPORT velclp-targets)
 
 install(DIRECTORY include/velclp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

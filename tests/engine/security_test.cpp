@@ -1,6 +1,7 @@
 // What a login must not reach: verbs beyond its privilege, and files, statements, markup, the log
 // or the terminal by way of a line or of a value that the CIM server sends.
 #include "tests/engine/command_session.h"
+#include "tests/support/child_process.h"
 #include "tests/support/simulator_process.h"
 
 #include <gtest/gtest.h>
@@ -155,6 +156,20 @@ TEST_F(Security, FilesThatALineNamesAreNotOpened) {
     for (const std::string& line : lines)
         EXPECT_EQ(std::string::npos, console.answer(line).find("the secret")) << line;
     EXPECT_NE(0, access(m_directory.file("dumped").c_str(), F_OK));
+}
+
+TEST(SecurityOfPrograms, NoLibraryIsLoadedFromTheDirectoryThatTheyAreStartedIn) {
+    const RunDirectory directory;
+    for (const char* library :
+         {"libvelclp.so.1", "libvelclp_platform.so.1", "libvelclp_cimclient.so.1", "libc.so.6",
+          "libstdc++.so.6", "libsqlite3.so.0", "libcurl.so.4", "libpugixml.so.1"})
+        directory.write(library, "planted");
+    for (const char* program : {VELCLP_HOST_PROGRAM, VELCLP_SIMULATOR_PROGRAM}) {
+        ChildProcess child(
+            {"/bin/sh", "-c", "cd \"$0\" && exec \"$1\" --help", directory.path(), program});
+        child.closeInput();
+        EXPECT_EQ(0, child.wait()) << child.errors();
+    }
 }
 
 } // namespace
