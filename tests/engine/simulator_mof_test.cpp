@@ -1,10 +1,8 @@
 // The simulator's MOF reader: what a model may say, and how it is told what is wrong with it.
 #include "simulator/mofloader.h"
+#include "tests/support/run_directory.h"
 
 #include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
 
 using namespace velclp_sim;
 
@@ -173,43 +171,36 @@ TEST(MofErrors, LeaveNoInstanceOfATextBehind) {
 
 class MofFiles : public testing::Test {
 protected:
-    MofFiles() {
-        std::string name = (std::filesystem::temp_directory_path() / "mofXXXXXX").string();
-        folder_ = mkdtemp(name.data());
-    }
-    ~MofFiles() override { std::filesystem::remove_all(folder_); }
-
-    void write(const char* name, const char* text) const { std::ofstream(folder_ / name) << text; }
-
-    std::filesystem::path folder_;
+    RunDirectory folder_;
 };
 
 TEST_F(MofFiles, OfAFolderAreLoadedByNameButForThoseThatAreIncluded) {
-    write("a-types.mof", "class A { [Key] string K; };");
-    write("b-all.mof", "#pragma include(\"a-types.mof\")\n#pragma locale(\"en_US\")\n"
-                       "instance of A { K = \"zorm\"; };\n#pragma namespace(\"root/other\")\n"
-                       "#pragma include(\"a-types.mof\")\ninstance of A { K = \"other\"; };");
-    write("c-more.mof", "instance of A { K = \"zorm2\"; };");
-    write("readme.txt", "not MOF");
+    folder_.write("a-types.mof", "class A { [Key] string K; };");
+    folder_.write("b-all.mof",
+                  "#pragma include(\"a-types.mof\")\n#pragma locale(\"en_US\")\n"
+                  "instance of A { K = \"zorm\"; };\n#pragma namespace(\"root/other\")\n"
+                  "#pragma include(\"a-types.mof\")\ninstance of A { K = \"other\"; };");
+    folder_.write("c-more.mof", "instance of A { K = \"zorm2\"; };");
+    folder_.write("readme.txt", "not MOF");
     Repository repository;
     MofLoader loader(repository, "root/zorm");
-    loader.addPath(folder_);
+    loader.addPath(folder_.path());
     loader.load();
     EXPECT_EQ(repository.instances("root/zorm", "A").size(), 2u);
     EXPECT_EQ(repository.instances("root/other", "A").size(), 1u);
 }
 
 TEST_F(MofFiles, ThatIncludeEachOtherOrAreMissingAreRefused) {
-    write("a.mof", "#pragma include(\"b.mof\")");
-    write("b.mof", "#pragma include(\"none.mof\")");
+    folder_.write("a.mof", "#pragma include(\"b.mof\")");
+    folder_.write("b.mof", "#pragma include(\"none.mof\")");
     Repository repository;
     MofLoader missing(repository, "root/zorm");
-    EXPECT_THROW(missing.addPath(folder_ / "a.mof"), MofError);
-    write("b.mof", "#pragma include(\"a.mof\")");
+    EXPECT_THROW(missing.addPath(folder_.file("a.mof")), MofError);
+    folder_.write("b.mof", "#pragma include(\"a.mof\")");
     MofLoader circle(repository, "root/zorm");
-    circle.addPath(folder_ / "a.mof");
+    circle.addPath(folder_.file("a.mof"));
     EXPECT_THROW(circle.load(), MofError);
-    EXPECT_THROW(MofLoader(repository, "x").addPath(folder_ / "zzz.mof"), std::runtime_error);
+    EXPECT_THROW(MofLoader(repository, "x").addPath(folder_.file("zzz.mof")), std::runtime_error);
 }
 
 } // namespace

@@ -1,64 +1,18 @@
 // The simulator as a process: its command line, its port, its connections and how it ends.
 #include "tests/support/child_process.h"
+#include "tests/support/connection.h"
+#include "tests/support/run_directory.h"
 
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
-#include <array>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 
 namespace {
 
 constexpr const char* model = "class T { [Key] string Name; uint16 Number; };\n"
                               "instance of T { Name = \"one\"; Number = 3; };\n";
-
-/// A TCP connection of a client that is no better than it must be.
-class Client {
-public:
-    explicit Client(int port) : m_socket(::socket(AF_INET, SOCK_STREAM, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(static_cast<in_port_t>(port));
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        m_good = ::connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-        timeval limit{10, 0};
-        ::setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-    }
-    ~Client() { ::close(m_socket); }
-    Client(const Client&) = delete;
-    Client& operator=(const Client&) = delete;
-
-    bool good() const { return m_good; }
-
-    void send(const std::string& text) const {
-        EXPECT_EQ(::send(m_socket, text.data(), text.size(), MSG_NOSIGNAL),
-                  static_cast<ssize_t>(text.size()));
-    }
-
-    /// Bytes until the peer closes, or until the text has come.
-    std::string receive(const std::string& until) const {
-        std::string text;
-        std::array<char, 4096> buffer{};
-        while (until.empty() || text.find(until) == std::string::npos) {
-            const ssize_t got = ::recv(m_socket, buffer.data(), buffer.size(), 0);
-            if (got <= 0) {
-                break;
-            }
-            text.append(buffer.data(), static_cast<std::size_t>(got));
-        }
-        return text;
-    }
-
-private:
-    int m_socket;
-    bool m_good = false;
-};
 
 std::string http(const std::string& method, const std::string& target, const std::string& body,
                  const std::string& headers = "") {
@@ -81,17 +35,9 @@ std::string getInstance() {
 
 class SimulatorServer : public testing::Test {
 protected:
-    SimulatorServer() {
-        std::string name = (std::filesystem::temp_directory_path() / "simXXXXXX").string();
-        m_folder = mkdtemp(name.data());
-        std::ofstream(file()) << model;
-    }
-    ~SimulatorServer() override {
-        m_process.reset();
-        std::filesystem::remove_all(m_folder);
-    }
+    SimulatorServer() { m_folder.write("t.mof", model); }
 
-    std::string file() const { return (m_folder / "t.mof").string(); }
+    std::string file() const { return m_folder.file("t.mof"); }
 
     void start(std::vector<std::string> arguments = {}) {
         arguments.insert(arguments.begin(),
@@ -100,12 +46,13 @@ protected:
         ASSERT_TRUE(m_process->waitForOutput("\n")) << m_process->errors();
         const std::string greeting = "listening on 127.0.0.1:";
         ASSERT_EQ(m_process->output().substr(0, greeting.size()), greeting);
-        m_port = std::atoi(m_process->output().c_str() + greeting.size());
+        m_port = m_process->output().substr(greeting.size());
+        m_port.erase(m_port.find('\n'));
     }
 
     std::string control(const std::string& method, const std::string& target,
                         const std::string& body = "") const {
-        const Client client(m_port);
+        const Connection client(m_port);
         client.send(http(method, target, body, "Connection: close\r\n"));
         const std::string reply = client.receive("");
         const auto head = reply.find("\r\n\r\n");
@@ -120,15 +67,15 @@ protected:
         return std::to_string(status) + " " + process.errors();
     }
 
-    std::filesystem::path m_folder;
+    RunDirectory m_folder;
     std::unique_ptr<ChildProcess> m_process;
-    int m_port = 0;
+    std::string m_port;
 };
 
 TEST_F(SimulatorServer, AnswersManyRequestsOnOneConnectionAndEndsCleanlyOnASignal) {
     for (const int signal : {SIGTERM, SIGINT}) {
         start();
-        const Client client(m_port);
+        const Connection client(m_port);
         for (int i = 0; i < 300; ++i) {
             client.send(getInstance());
             const std::string reply = client.receive("</CIM>\n");
@@ -144,10 +91,9 @@ TEST_F(SimulatorServer, AnswersManyRequestsOnOneConnectionAndEndsCleanlyOnASigna
 
 TEST_F(SimulatorServer, HoldsHundredsOfKeptConnectionsWithoutStarvingOne) {
     start();
-    std::vector<std::unique_ptr<Client>> clients;
+    std::vector<std::unique_ptr<Connection>> clients;
     for (int i = 0; i < 200; ++i) {
-        clients.push_back(std::make_unique<Client>(m_port));
-        ASSERT_TRUE(clients.back()->good());
+        clients.push_back(std::make_unique<Connection>(m_port));
     }
     for (int round = 0; round < 2; ++round) {
         for (const auto& client : clients) {
@@ -162,23 +108,23 @@ TEST_F(SimulatorServer, HoldsHundredsOfKeptConnectionsWithoutStarvingOne) {
 TEST_F(SimulatorServer, DropsAndCutsRepliesOnTheWire) {
     start();
     EXPECT_EQ(control("POST", "/sim/faults", "kind=drop\nkind=cut bytes=30 nth=2"), "200 1\n2\n");
-    const Client dropped(m_port);
+    const Connection dropped(m_port);
     dropped.send(getInstance());
     EXPECT_EQ(dropped.receive(""), "");
-    const Client cut(m_port);
+    const Connection cut(m_port);
     cut.send(getInstance());
     const std::string part = cut.receive("");
     EXPECT_NE(part.find("Content-Length: "), std::string::npos);
     EXPECT_EQ(part.substr(part.find("\r\n\r\n") + 4),
               std::string("<?xml version=\"1.0\" encoding=\"utf-8\"?>").substr(0, 30));
-    const Client whole(m_port);
+    const Connection whole(m_port);
     whole.send(getInstance());
     EXPECT_NE(whole.receive("</CIM>\n").find("<VALUE>3</VALUE>"), std::string::npos);
 }
 
 TEST_F(SimulatorServer, IsWatchedAndChangedThroughItsControlRequests) {
     start({"--scale", "T=3"});
-    const Client client(m_port);
+    const Connection client(m_port);
     client.send(getInstance());
     client.receive("</CIM>\n");
     EXPECT_EQ(
@@ -207,22 +153,22 @@ TEST_F(SimulatorServer, TakesWhateverBytesAClientSends) {
          {std::string("\0\xFF\r\n\r\n", 6), std::string("POST /cimom HTTP/1.1\r\n\r\n"),
           std::string(20000, 'A'), http("BREW", "/cimom", ""), http("POST", "/cimom", "<CIM"),
           std::string("POST /cimom HTTP/1.1\r\nContent-Length: 99999999999\r\n\r\nx")}) {
-        const Client client(m_port);
+        const Connection client(m_port);
         client.send(bytes);
     }
-    const Client refused(m_port);
+    const Connection refused(m_port);
     refused.send(http("POST", "/cimom", "<CIM"));
     const std::string refusal = refused.receive("\r\n\r\n");
     EXPECT_NE(refusal.find("CIMError: request-not-well-formed\r\n"), std::string::npos);
     EXPECT_NE(refusal.find("Keep-Alive: timeout=600,"), std::string::npos) << "as it is kept";
     for (const std::string method : {"BREW", "M-POST"}) {
-        const Client other(m_port);
+        const Connection other(m_port);
         other.send(http(method, "/cimom", "<CIM"));
         const std::string replies = other.receive("");
         EXPECT_EQ(replies.substr(0, 13), method == "BREW" ? "HTTP/1.1 400 " : "HTTP/1.1 501 ");
         EXPECT_EQ(replies.rfind("HTTP/1.1 "), 0U) << "one reply, and then the end";
     }
-    const Client client(m_port);
+    const Connection client(m_port);
     client.send(getInstance());
     EXPECT_NE(client.receive("</CIM>\n").find("<VALUE>3</VALUE>"), std::string::npos);
 }
@@ -235,15 +181,14 @@ TEST_F(SimulatorServer, SaysWhatIsWrongWithItsCommandLineModelOrPort) {
     EXPECT_EQ(failure({"extra"}), "2 velclp-sim: unexpected argument extra\n");
     EXPECT_EQ(failure({"--model", "/nonexistent.mof"}),
               "1 velclp-sim: /nonexistent.mof: cannot be read\n");
-    std::ofstream(file()) << "class";
+    m_folder.write("t.mof", "class");
     EXPECT_EQ(failure({"--model", file()}),
               "1 velclp-sim: " + std::filesystem::canonical(file()).string() +
                   ":1:6: expected a class name, found the end of the file\n");
-    std::ofstream(file()) << model;
+    m_folder.write("t.mof", model);
     start();
-    const std::string port = std::to_string(m_port);
-    EXPECT_EQ(failure({"--model", file(), "--port", port}),
-              "1 velclp-sim: cannot listen on 127.0.0.1:" + port + "\n");
+    EXPECT_EQ(failure({"--model", file(), "--port", m_port}),
+              "1 velclp-sim: cannot listen on 127.0.0.1:" + m_port + "\n");
 }
 
 } // namespace

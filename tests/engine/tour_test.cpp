@@ -1,6 +1,6 @@
-// docs/tour.md is one session of the host program against the simulator: what its blocks show is
-// what a reader gets. VELCLP_UPDATE_TOUR=1 writes the answers into the page instead, to be read
-// before they are kept.
+// The sessions of docs/tour.md and of README.md are each one of the host program against the
+// simulator: what their blocks show is what a reader gets. VELCLP_UPDATE_TOUR=1 writes the answers
+// into the pages instead, to be read before they are kept.
 #include "tests/engine/command_session.h"
 #include "tests/support/simulator_process.h"
 
@@ -61,10 +61,13 @@ std::string printed(const std::string& bytes) {
     return std::regex_replace(bytes, std::regex("\r"), "");
 }
 
+class Tour : public testing::TestWithParam<std::pair<const char*, std::size_t>> {};
+
 } // namespace
 
-TEST(Tour, ShowsWhatAReaderGets) {
-    const std::string file = VELCLP_TOUR;
+TEST_P(Tour, ShowsWhatAReaderGets) {
+    const auto [page, least] = GetParam();
+    const std::string file = std::string(VELCLP_PAGES) + page;
     std::vector<Piece> pieces = piecesOf(file);
     const RunDirectory directory;
     // A quarter of the usual speed: a machine that is busy still sees a system on its way up.
@@ -83,10 +86,15 @@ TEST(Tour, ShowsWhatAReaderGets) {
         else
             EXPECT_EQ(withoutChance(piece.text), withoutChance(answer)) << piece.typed;
     }
-    EXPECT_GT(lines, 40u);
+    EXPECT_GT(lines, least);
     if (!update)
         return;
     std::ofstream out(file);
     for (const Piece& piece : pieces)
         out << (piece.typed.empty() ? "" : PROMPT + piece.typed + "\n") << piece.text;
 }
+
+INSTANTIATE_TEST_SUITE_P(Pages, Tour,
+                         testing::Values(std::pair("/docs/tour.md", std::size_t(40)),
+                                         std::pair("/README.md", std::size_t(5))),
+                         [](const auto& test) { return test.index == 0 ? "Tour" : "Readme"; });

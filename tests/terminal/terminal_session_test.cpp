@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <fstream>
 #include <utility>
 
 namespace {
@@ -160,30 +159,6 @@ TEST_F(OperatorsTerminal, PastingLosesNoLine) {
         ++answers;
     EXPECT_EQ(answers, static_cast<std::size_t>(lines));
     EXPECT_NE(terminal.output().find("nosuchverb9999"), std::string::npos);
-}
-
-TEST_F(OperatorsTerminal, ShowsTheFirstSessionOfTheReadme) {
-    std::ifstream page(VELCLP_README);
-    std::string line;
-    while (std::getline(page, line) && line != "$ ./run.sh")
-        ;
-    ASSERT_TRUE(page);
-    const std::string prompt = "-> ";
-    std::vector<std::pair<std::string, std::string>> lines;
-    while (std::getline(page, line) && line != "```") {
-        if (line.rfind(prompt, 0) == 0)
-            lines.emplace_back(line.substr(prompt.size()), "");
-        else
-            lines.back().second += line + "\n";
-    }
-    ASSERT_LT(5U, lines.size());
-    start();
-    for (std::size_t i = 0; i + 1 < lines.size(); ++i)
-        EXPECT_EQ(lines[i].second, session->answer(lines[i].first)) << lines[i].first;
-    session->skip();
-    session->type(lines.back().first + "\r");
-    EXPECT_EQ(0, session->wait());
-    EXPECT_NE(std::string::npos, session->output().rfind("\n" + lines.back().second));
 }
 
 } // namespace
