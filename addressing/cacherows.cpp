@@ -172,6 +172,7 @@ std::size_t rarest(const char* function, DBConnection& db, const std::vector<std
     if (values.size() == 1)
         return 0;
     std::vector<std::string> picks;
+    picks.reserve(values.size() + 1);
     for (const std::string& value : values)
         picks.push_back("addrsvc_cim WHERE value=" + quoted(value));
     picks.push_back("addrsvc_clp WHERE cimclass=" + quoted(cimclass));

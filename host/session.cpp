@@ -10,8 +10,10 @@
 #include "velclp/stdstream.h"
 #include "velclp/transport.h"
 
+#include <malloc.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <iostream>
 #include <memory>
@@ -91,6 +93,17 @@ std::unique_ptr<LineSource> lineSource(const Options& options, Transport& transp
     return std::make_unique<TerminalLines>(transport, givenUp);
 }
 
+// Runs a line. What a long answer needed lies between what is still held when it is freed, so the
+// heap keeps it until it is told otherwise; behind a long line that costs no time that counts.
+int runLine(velmora_clp::CLPCore& core, const std::string& line) {
+    using std::chrono::steady_clock;
+    const steady_clock::time_point begin = steady_clock::now();
+    const int result = core.run(line);
+    if (steady_clock::now() - begin > std::chrono::milliseconds(20))
+        malloc_trim(0);
+    return result;
+}
+
 void runLines(LineSource& source, velmora_clp::CLPCore& core, Signals& signals) {
     const bool operatorWaits = isatty(STDIN_FILENO) != 0;
     std::string line;
@@ -103,7 +116,7 @@ void runLines(LineSource& source, velmora_clp::CLPCore& core, Signals& signals) 
         if (result == LineSource::NO_LINE)
             continue;
         const Signals::Running running(signals);
-        if (core.run(line) < 0)
+        if (runLine(core, line) < 0)
             return;
     }
 }
