@@ -12,7 +12,7 @@
 
 namespace {
 
-// Lines with the codes of their errors; "@" stands for what chooses the form.
+// Lines with the codes of their errors, 0 for none; "@" stands for what chooses the form.
 const std::vector<std::pair<std::string, int>> REFUSALS{
     {"create@", 242},
     {"create@ name=x", 242},
@@ -34,6 +34,9 @@ const std::vector<std::pair<std::string, int>> REFUSALS{
     {"show@ /admin1 -all", 252},
     {"set@ a=1 a=2", 252},
     {"show@ -level 2 system*", 252},
+    {"help@ sys*", 0},
+    {"help@ a.b", 0},
+    {"help@ nosuch", 0},
 };
 
 // A line with the option in this form, complete with what the verb and the option need; "-help"
