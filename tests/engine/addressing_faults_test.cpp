@@ -3,7 +3,6 @@
 // line is answered, and when the trouble is over every object has the number that it had.
 #include "tests/engine/address_session.h"
 #include "tests/support/clp_session.h"
-#include "tests/support/lock_file.h"
 #include "velclp/core.h"
 #include "velclp/transport.h"
 
@@ -166,21 +165,6 @@ TEST_P(FailingStatement, IsAnsweredAndCostsNoNumber) {
 INSTANTIATE_TEST_SUITE_P(Of, FailingStatement, testing::ValuesIn(LINES),
                          [](const auto& test) { return std::string(test.param.name); });
 
-// ---- Counters at their end ----
-
-TEST_F(CacheFaults, ACreateThatNoNumberIsLeftForIsRefusedBeforeAnythingIsMade) {
-    const std::string number = "/admin1/system1/sp1/user2147483646";
-    EXPECT_EQ(number + "\r\n\tuserid=max\r\n", answer("create " + number + " userid=max"));
-    for (const char* suffix : {"*", "2147483647", "99999999999999999999"}) {
-        const std::string bytes =
-            answer(std::string("create -o format=keyword /admin1/system1/sp1/user") + suffix +
-                   " userid=next");
-        EXPECT_NE(std::string::npos, bytes.find("\r\ncimstat=11\r\n")) << bytes;
-    }
-    EXPECT_EQ(std::string::npos, m_simulator.get("/sim/model").find("\"next\""));
-    EXPECT_NE(std::string::npos, m_simulator.get("/sim/model").find("\"max\""));
-}
-
 // ---- Files that go or change ----
 
 class CacheFile : public CacheFaults {
@@ -190,16 +174,6 @@ protected:
             unlink((m_directory.file(CACHE) + suffix).c_str());
     }
 };
-
-TEST_F(CacheFile, ThatGoesCostsTheLinesUntilThereIsANewOne) {
-    const std::string usual = answer(UNKNOWN_TARGET);
-    removeFiles({"", "-wal", "-shm"});
-    EXPECT_NE(usual, answer(UNKNOWN_TARGET));
-    EXPECT_NE(usual, answer(UNKNOWN_TARGET));
-    host::provision(m_directory.path());
-    EXPECT_EQ(usual, answer(UNKNOWN_TARGET));
-    expectSound();
-}
 
 TEST_F(CacheFile, OfAnotherSessionThatIsMadeAnewHoldsNothingOfTheOld) {
     // Changes of this session stand in the log beside the database, and it has both open.
@@ -233,6 +207,11 @@ TEST_F(CacheFile, ThatIsExchangedIsTakenUpByTheNextLine) {
     removeFiles({"", "-wal", "-shm"});
     m_directory.write(CACHE, "");
     EXPECT_NE(usual, answer(UNKNOWN_TARGET));
+    // None.
+    removeFiles({"", "-wal", "-shm"});
+    EXPECT_NE(usual, answer(UNKNOWN_TARGET));
+    host::provision(m_directory.path());
+    EXPECT_EQ(usual, answer(UNKNOWN_TARGET));
     removeFiles({"-wal", "-shm"});
     std::filesystem::rename(backup, m_directory.file(CACHE));
     EXPECT_EQ(usual, answer(UNKNOWN_TARGET));
@@ -270,19 +249,6 @@ protected:
         return std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - begin);
     }
 };
-
-TEST_F(CacheLock, OfTheControllersProcessesIsWaitedFor) {
-    const std::string usual = answer(UNKNOWN_TARGET);
-    forget();
-    ForeignLock lock;
-    std::thread holder([&lock] {
-        std::this_thread::sleep_for(BUSY_TIME);
-        lock.release();
-    });
-    const milliseconds time = timeOf([&] { EXPECT_EQ(usual, answer(UNKNOWN_TARGET)); });
-    holder.join();
-    EXPECT_LT(BUSY_TIME / 2, time);
-}
 
 TEST_F(CacheLock, OfAWriterIsWaitedForAsLongAsAStatementMayAndCostsTheLineOnly) {
     const std::string usual = answer(UNKNOWN_TARGET);

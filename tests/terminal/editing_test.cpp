@@ -164,20 +164,6 @@ TEST_P(EditingAtWidth, RecallsAContinuedLineAsOne) {
 INSTANTIATE_TEST_SUITE_P(Columns, EditingAtWidth, ::testing::Values(20, 80, 132),
                          [](const auto& test) { return std::to_string(test.param); });
 
-TEST_F(Editing, HistoryHoldsFiftyEntries) {
-    startAt(80);
-    for (int i = 1; i <= 51; ++i)
-        session->answer("nosuch" + std::to_string(i));
-    session->type(times(49, UP));
-    expectShown(shown("nosuch3"));
-    session->type(times(3, UP));
-    expectShown(shown("nosuch2"));
-    session->type(DOWN);
-    expectShown(shown("nosuch3"));
-    session->type(times(60, DOWN));
-    expectShown(shown("nosuch51"));
-}
-
 TEST_F(Editing, KeysThatDeleteFollowTheTerminalsName) {
     enum : std::size_t { NOTHING, LEFTWARDS, AT_CURSOR };
     const char* const texts[] = {"abc", "ac", "ab"};
