@@ -32,6 +32,8 @@ bool endsInPatternWord(const std::string& text) {
     auto begin = end;
     while (begin > 0 && isWord(text[begin - 1]))
         --begin;
+    if (begin == end)
+        return false;
     const std::string word = text.substr(begin, end - begin);
     return std::any_of(patternWords.begin(), patternWords.end(), [&word](const char* pattern) {
         return strcasecmp(word.c_str(), pattern) == 0;
@@ -91,6 +93,17 @@ bool isDoubtful(const std::string& sql, std::size_t at) {
     }
 }
 
+// The characters that may begin a literal or make the text doubtful.
+constexpr std::array<bool, 256> specialCharacters() {
+    std::array<bool, 256> table = {};
+    for (const char c : {'\'', '"', '`', '[', '?', ':', '@', '$', '#', ';', '-',
+                         '/',  '0', '1', '2', '3', '4', '5', '6', '7', '8', '9'})
+        table[static_cast<unsigned char>(c)] = true;
+    return table;
+}
+
+constexpr std::array<bool, 256> special = specialCharacters();
+
 bool mayLiftBehind(const std::string& text) {
     return (text.empty() || !isWord(text.back())) && !endsInPatternWord(text);
 }
@@ -103,6 +116,12 @@ bool liftLiterals(const std::string& sql, LiftedSql& lifted) {
     const char* const borders = isPlainInsert(sql) ? "=(," : "=";
     lifted.text.reserve(sql.size());
     for (std::size_t at = 0; at < sql.size();) {
+        const std::size_t begin = at;
+        while (at < sql.size() && !special[static_cast<unsigned char>(sql[at])])
+            ++at;
+        lifted.text.append(sql, begin, at - begin);
+        if (at == sql.size())
+            break;
         const std::size_t digits = numberAt(sql, at, borders);
         if (sql[at] != '\'' && digits == 0) {
             if (isDoubtful(sql, at))
