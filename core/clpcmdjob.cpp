@@ -89,10 +89,11 @@ std::string nameStatement(int id) {
     return sql;
 }
 
-void updateElement(const char* function, DbStatement& statement, int id, const std::string& name,
-                   const std::string& value) {
+// Sets columns of a job's row; the assignments are SQL.
+void updateElements(const char* function, DbStatement& statement, int id,
+                    const std::string& assignments) {
     const std::string sql =
-        "update CLPCmdJob set " + name + " =" + value + " where id=" + std::to_string(id);
+        "update CLPCmdJob set " + assignments + " where id=" + std::to_string(id);
     if (statement.update(sql) != 0)
         VELCLP_LOG_FAILURE(function, "Update DB failed.statement is:%s", sql.c_str());
 }
@@ -153,16 +154,13 @@ void CLPCmdJob::RequestStateChange(unsigned short state) {
     databaseWork(
         function,
         [&] {
-            const OwnedConnection connection = openConnection(Locations::get().sessionDatabase);
-            DBTransaction transaction(*connection);
-            DbStatement statement(function, *connection);
-            updateElement(function, statement, m_id, "JobState", std::to_string(state));
+            DbStatement statement(function, Locations::get().sessionDatabase);
             const std::int64_t time = now();
-            updateElement(function, statement, m_id, "TimeOfLastStateChange", std::to_string(time));
+            std::string assignments = "JobState =" + std::to_string(state) +
+                                      ",TimeOfLastStateChange =" + std::to_string(time);
             if (state > LAST_STATE_OF_A_RUNNING_JOB)
-                updateElement(function, statement, m_id, "TimeToRemove",
-                              std::to_string(time + m_timeBeforeRemoval));
-            transaction.commit();
+                assignments += ",TimeToRemove =" + std::to_string(time + m_timeBeforeRemoval);
+            updateElements(function, statement, m_id, assignments);
         },
         UNKNOWN_ERROR);
 }
@@ -197,7 +195,7 @@ void setElementValueToDB(int id, std::string& name, std::string& value, int) {
         function,
         [&] {
             DbStatement statement(function, Locations::get().sessionDatabase);
-            updateElement(function, statement, id, name, value);
+            updateElements(function, statement, id, name + " =" + value);
         },
         UNKNOWN_ERROR);
 }
