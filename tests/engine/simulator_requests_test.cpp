@@ -42,8 +42,42 @@ protected:
     }
     SimulatorRequests() : SimulatorFixture(providers()) {}
 
-    std::string getInstance(const std::string& name, const std::string& more = "") {
-        return ask("GetInstance", parameter("InstanceName", name) + more);
+    struct Case {
+        std::string operation;
+        std::string parameters;
+        std::string expected;
+    };
+    void expectAnswers(const std::vector<Case>& cases) {
+        for (const Case& c : cases) {
+            EXPECT_EQ(errorIn(ask(c.operation, c.parameters)), c.expected)
+                << c.operation << " " << c.parameters;
+        }
+    }
+    /// Of answers that name several things: their attributes of that name, each with a blank.
+    void expectNames(const std::string& attribute, const std::vector<Case>& cases) {
+        for (const Case& c : cases) {
+            EXPECT_EQ(namesIn(ask(c.operation, c.parameters), attribute), c.expected)
+                << c.operation << " " << c.parameters;
+        }
+    }
+
+    static std::string system(const std::string& name) {
+        return parameter("InstanceName", element("T_System", name));
+    }
+    static std::string instance(const std::string& cls, const std::string& properties) {
+        return "<INSTANCE CLASSNAME=\"" + cls + "\">" + properties + "</INSTANCE>";
+    }
+    static std::string property(const std::string& name, const std::string& type,
+                                const std::string& value) {
+        return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\"><VALUE>" + value +
+               "</VALUE></PROPERTY>";
+    }
+    static std::string listed(const std::vector<std::string>& names) {
+        std::string values;
+        for (const std::string& name : names) {
+            values += "<VALUE>" + name + "</VALUE>";
+        }
+        return parameter("PropertyList", "<VALUE.ARRAY>" + values + "</VALUE.ARRAY>");
     }
 
     std::string call(const std::string& method, const std::string& object,
@@ -109,10 +143,7 @@ TEST_F(SimulatorRequests, AnInstanceIsAnsweredWithAllItsPropertiesAsStrictClient
 
 TEST_F(SimulatorRequests, AClassIsAnsweredWithQualifiersMethodsAndOrigins) {
     EXPECT_EQ(ask("GetClass", classNamed("ClassName", "t_system") + flag("LocalOnly", "FALSE") +
-                                  flag("IncludeClassOrigin", "TRUE") +
-                                  parameter("PropertyList",
-                                            "<VALUE.ARRAY><VALUE>state</VALUE><VALUE>Name</VALUE>"
-                                            "</VALUE.ARRAY>")),
+                                  flag("IncludeClassOrigin", "TRUE") + listed({"state", "Name"})),
               R"(<IRETURNVALUE>
 <CLASS NAME="T_System" SUPERCLASS="T_Element">
 <QUALIFIER NAME="Description" TYPE="string" PROPAGATED="true" TRANSLATABLE="true">
@@ -168,68 +199,52 @@ TEST_F(SimulatorRequests, AClassIsAnsweredWithQualifiersMethodsAndOrigins) {
     EXPECT_EQ(namesIn(local, " NAME"), "T_Sensor Index Key Reading ");
 }
 
-TEST_F(SimulatorRequests, ClassEnumerationsAreShallowUnlessAskedToBeDeep) {
-    EXPECT_EQ(namesIn(ask("EnumerateClassNames", ""), " NAME"), "T_Element T_Part ");
-    EXPECT_EQ(namesIn(ask("EnumerateClassNames", flag("DeepInheritance", "true")), " NAME"),
-              "T_Element T_System T_Sensor T_Part T_Watch ");
-    EXPECT_EQ(namesIn(ask("EnumerateClassNames", classNamed("ClassName", "T_PART")), " NAME"),
-              "T_Watch ");
-    EXPECT_EQ(namesIn(ask("EnumerateClasses",
-                          classNamed("ClassName", "T_Part") + flag("IncludeQualifiers", "FALSE")),
-                      " NAME"),
-              "T_Watch Weight ");
-}
-
-TEST_F(SimulatorRequests, InstanceEnumerationsHonourPropertyListDepthAndLocalOnly) {
-    const auto enumerate = [&](const std::string& more) {
-        return namesIn(ask("EnumerateInstances", classNamed("ClassName", "T_Element") + more),
-                       "PROPERTY NAME");
-    };
-    EXPECT_EQ(enumerate(""), "Name Caption State Busy Born Name Caption State Busy Born "
-                             "Name Caption Index Reading ");
-    EXPECT_EQ(enumerate(flag("DeepInheritance", "FALSE")),
-              "Name Caption Name Caption Name Caption ");
-    EXPECT_EQ(enumerate(parameter("PropertyList", "<VALUE.ARRAY><VALUE>READING</VALUE><VALUE>Nope"
-                                                  "</VALUE></VALUE.ARRAY>")),
-              "Reading ");
-    EXPECT_EQ(enumerate(parameter("PropertyList", "<VALUE.ARRAY></VALUE.ARRAY>")), "");
-    EXPECT_EQ(namesIn(getInstance(sensor(), flag("LocalOnly", "TRUE")), " NAME"), "Index Reading ");
-    EXPECT_EQ(
-        namesIn(ask("EnumerateInstanceNames", classNamed("ClassName", "t_element")), "CLASSNAME"),
-        "T_System T_System T_Sensor ");
+TEST_F(SimulatorRequests, EnumerationsHonourDepthPropertyListAndLocalOnly) {
+    expectNames(" NAME",
+                {{"EnumerateClassNames", "", "T_Element T_Part "},
+                 {"EnumerateClassNames", flag("DeepInheritance", "true"),
+                  "T_Element T_System T_Sensor T_Part T_Watch "},
+                 {"EnumerateClassNames", classNamed("ClassName", "T_PART"), "T_Watch "},
+                 {"EnumerateClasses",
+                  classNamed("ClassName", "T_Part") + flag("IncludeQualifiers", "FALSE"),
+                  "T_Watch Weight "},
+                 {"GetInstance", parameter("InstanceName", sensor()) + flag("LocalOnly", "TRUE"),
+                  "Index Reading "}});
+    const std::string elements = classNamed("ClassName", "T_Element");
+    expectNames("PROPERTY NAME",
+                {{"EnumerateInstances", elements,
+                  "Name Caption State Busy Born Name Caption State Busy Born "
+                  "Name Caption Index Reading "},
+                 {"EnumerateInstances", elements + flag("DeepInheritance", "FALSE"),
+                  "Name Caption Name Caption Name Caption "},
+                 {"EnumerateInstances", elements + listed({"READING", "Nope"}), "Reading "},
+                 {"EnumerateInstances", elements + listed({}), ""}});
+    expectNames("CLASSNAME", {{"EnumerateInstanceNames", classNamed("ClassName", "t_element"),
+                               "T_System T_System T_Sensor "}});
 }
 
 TEST_F(SimulatorRequests, AssociationsAreFollowedByClassRoleAndResult) {
-    const auto walk = [&](const std::string& operation, const std::string& from,
-                          const std::string& more) {
-        return namesIn(ask(operation, parameter("ObjectName", from) + more),
-                       "INSTANCENAME CLASSNAME");
-    };
-    EXPECT_EQ(walk("AssociatorNames", sensor(), ""), "T_System T_System ");
-    EXPECT_EQ(walk("AssociatorNames", sensor(), classNamed("AssocClass", "T_Part")),
-              "T_System T_System ");
-    EXPECT_EQ(walk("AssociatorNames", sensor(), classNamed("AssocClass", "t_watch")), "T_System ");
-    EXPECT_EQ(walk("AssociatorNames", sensor(), flag("Role", "Group")), "");
-    EXPECT_EQ(walk("AssociatorNames", sensor(), flag("ResultRole", "group")), "T_System T_System ");
-    EXPECT_EQ(
-        walk("AssociatorNames", element("T_System", "a"), classNamed("ResultClass", "T_Element")),
-        "T_Sensor ");
-    EXPECT_EQ(
-        walk("AssociatorNames", element("T_System", "a"), classNamed("ResultClass", "T_System")),
-        "");
-    EXPECT_EQ(walk("AssociatorNames", element("T_System", "gone"), ""), "");
-    EXPECT_EQ(walk("ReferenceNames", sensor(), ""),
-              "T_Part T_System T_Sensor T_Watch T_System T_Sensor ");
-    EXPECT_EQ(errorIn(ask("AssociatorNames",
-                          parameter("ObjectName", sensor()) + classNamed("AssocClass", "T_Nope"))),
-              "4 CIM_ERR_INVALID_PARAMETER: T_Nope");
+    const std::string fromSensor = parameter("ObjectName", sensor());
+    const std::string fromSystem = parameter("ObjectName", element("T_System", "a"));
+    expectNames(
+        "INSTANCENAME CLASSNAME",
+        {{"AssociatorNames", fromSensor, "T_System T_System "},
+         {"AssociatorNames", fromSensor + classNamed("AssocClass", "T_Part"), "T_System T_System "},
+         {"AssociatorNames", fromSensor + classNamed("AssocClass", "t_watch"), "T_System "},
+         {"AssociatorNames", fromSensor + flag("Role", "Group"), ""},
+         {"AssociatorNames", fromSensor + flag("ResultRole", "group"), "T_System T_System "},
+         {"AssociatorNames", fromSystem + classNamed("ResultClass", "T_Element"), "T_Sensor "},
+         {"AssociatorNames", fromSystem + classNamed("ResultClass", "T_System"), ""},
+         {"AssociatorNames", parameter("ObjectName", element("T_System", "gone")), ""},
+         {"ReferenceNames", fromSensor, "T_Part T_System T_Sensor T_Watch T_System T_Sensor "}});
+    expectAnswers({{"AssociatorNames", fromSensor + classNamed("AssocClass", "T_Nope"),
+                    "4 CIM_ERR_INVALID_PARAMETER: T_Nope"}});
     // From a class: the classes that associations are declared for.
-    EXPECT_EQ(namesIn(ask("AssociatorNames", classNamed("ObjectName", "T_Sensor") +
-                                                 classNamed("AssocClass", "T_Watch")),
-                      "CLASSNAME NAME"),
-              "T_Element ");
-    EXPECT_EQ(namesIn(ask("References", classNamed("ObjectName", "T_Sensor")), "CLASS NAME"),
-              "T_Part T_Watch ");
+    const std::string fromClass = classNamed("ObjectName", "T_Sensor");
+    expectNames(
+        "CLASSNAME NAME",
+        {{"AssociatorNames", fromClass + classNamed("AssocClass", "T_Watch"), "T_Element "}});
+    expectNames("CLASS NAME", {{"References", fromClass, "T_Part T_Watch "}});
 }
 
 TEST_F(SimulatorRequests, AssociatorNamesAndReferencesHaveTheirFullForm) {
@@ -257,9 +272,7 @@ TEST_F(SimulatorRequests, AssociatorNamesAndReferencesHaveTheirFullForm) {
 </IRETURNVALUE>
 )");
     const std::string reference =
-        ask("References",
-            parameter("ObjectName", element("T_System", "b")) +
-                parameter("PropertyList", "<VALUE.ARRAY><VALUE>Group</VALUE></VALUE.ARRAY>"));
+        ask("References", parameter("ObjectName", element("T_System", "b")) + listed({"Group"}));
     EXPECT_EQ(reference.substr(reference.find("<INSTANCE ")), R"(<INSTANCE CLASSNAME="T_Watch">
 <PROPERTY.REFERENCE NAME="Group" REFERENCECLASS="T_Element">
 <VALUE.REFERENCE>
@@ -277,11 +290,12 @@ TEST_F(SimulatorRequests, AssociatorNamesAndReferencesHaveTheirFullForm) {
 }
 
 TEST_F(SimulatorRequests, InstancesAreCreatedChangedAndDeleted) {
-    const std::string made =
-        "<INSTANCE CLASSNAME=\"t_system\"><PROPERTY NAME=\"name\" TYPE=\"string\"><VALUE>n</VALUE>"
-        "</PROPERTY><PROPERTY.ARRAY NAME=\"Codes\" TYPE=\"uint8\"><VALUE.ARRAY><VALUE>9</VALUE>"
-        "</VALUE.ARRAY></PROPERTY.ARRAY></INSTANCE>";
-    EXPECT_EQ(ask("CreateInstance", parameter("NewInstance", made)), R"(<IRETURNVALUE>
+    const std::string made = parameter(
+        "NewInstance",
+        instance("t_system", property("name", "string", "n") +
+                                 "<PROPERTY.ARRAY NAME=\"Codes\" TYPE=\"uint8\"><VALUE.ARRAY>"
+                                 "<VALUE>9</VALUE></VALUE.ARRAY></PROPERTY.ARRAY>"));
+    EXPECT_EQ(ask("CreateInstance", made), R"(<IRETURNVALUE>
 <INSTANCENAME CLASSNAME="T_System">
 <KEYBINDING NAME="Name">
 <KEYVALUE VALUETYPE="string">n</KEYVALUE>
@@ -289,93 +303,74 @@ TEST_F(SimulatorRequests, InstancesAreCreatedChangedAndDeleted) {
 </INSTANCENAME>
 </IRETURNVALUE>
 )");
-    EXPECT_EQ(errorIn(ask("CreateInstance", parameter("NewInstance", made))),
-              "11 CIM_ERR_ALREADY_EXISTS: T_System.Name=&quot;n&quot;");
-    const auto modify = [&](const std::string& properties, const std::string& more = "") {
-        return errorIn(
-            ask("ModifyInstance",
-                parameter("ModifiedInstance", "<VALUE.NAMEDINSTANCE>" + element("T_System", "n") +
-                                                  "<INSTANCE CLASSNAME=\"T_System\">" + properties +
-                                                  "</INSTANCE></VALUE.NAMEDINSTANCE>") +
-                    more));
+    const auto modified = [](const std::string& properties) {
+        return parameter("ModifiedInstance", "<VALUE.NAMEDINSTANCE>" + element("T_System", "n") +
+                                                 instance("T_System", properties) +
+                                                 "</VALUE.NAMEDINSTANCE>");
+    };
+    const auto named = [](const char* name) { return system("n") + flag("PropertyName", name); };
+    const auto value = [](const std::string& text) {
+        return "<IRETURNVALUE>\n<VALUE>" + text + "</VALUE>\n</IRETURNVALUE>\n";
     };
     const std::string nothing = "<IRETURNVALUE>\n</IRETURNVALUE>\n";
-    const std::string state =
-        "<PROPERTY NAME=\"State\" TYPE=\"uint16\"><VALUE>3</VALUE></PROPERTY>";
-    const std::string caption =
-        "<PROPERTY NAME=\"Caption\" TYPE=\"string\"><VALUE>c</VALUE></PROPERTY>";
-    const auto read = [&](const char* property) {
-        return ask("GetProperty", parameter("InstanceName", element("T_System", "n")) +
-                                      flag("PropertyName", property));
-    };
-    EXPECT_EQ(modify(state + caption,
-                     parameter("PropertyList", "<VALUE.ARRAY><VALUE>state</VALUE></VALUE.ARRAY>")),
-              nothing);
-    EXPECT_EQ(read("State"), "<IRETURNVALUE>\n<VALUE>3</VALUE>\n</IRETURNVALUE>\n");
-    EXPECT_EQ(read("Caption"), nothing);
-    EXPECT_EQ(
-        modify(caption + "<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>n</VALUE></PROPERTY>"),
-        nothing);
-    EXPECT_EQ(read("Caption"), "<IRETURNVALUE>\n<VALUE>c</VALUE>\n</IRETURNVALUE>\n");
-    EXPECT_EQ(modify("<PROPERTY NAME=\"Name\" TYPE=\"string\"><VALUE>m</VALUE></PROPERTY>"),
-              "7 CIM_ERR_NOT_SUPPORTED: key Name cannot change");
-    EXPECT_EQ(
-        modify("<PROPERTY NAME=\"Caption\" TYPE=\"string\"><VALUE>refuse me</VALUE></PROPERTY>"),
-        "4 CIM_ERR_INVALID_PARAMETER: refused");
-    EXPECT_EQ(ask("SetProperty", parameter("InstanceName", element("T_System", "n")) +
-                                     flag("PropertyName", "Busy") + flag("NewValue", "TRUE")),
-              nothing);
-    EXPECT_EQ(read("Busy"), "<IRETURNVALUE>\n<VALUE>TRUE</VALUE>\n</IRETURNVALUE>\n");
-    const std::string name = parameter("InstanceName", element("T_System", "n"));
-    EXPECT_EQ(ask("DeleteInstance", name), nothing);
-    EXPECT_EQ(errorIn(ask("DeleteInstance", name)),
-              "6 CIM_ERR_NOT_FOUND: T_System.Name=&quot;n&quot;");
+    const std::string caption = property("Caption", "string", "c");
+    expectAnswers({
+        {"CreateInstance", made, "11 CIM_ERR_ALREADY_EXISTS: T_System.Name=&quot;n&quot;"},
+        {"ModifyInstance", modified(property("State", "uint16", "3") + caption) + listed({"state"}),
+         nothing},
+        {"GetProperty", named("State"), value("3")},
+        {"GetProperty", named("Caption"), nothing},
+        {"ModifyInstance", modified(caption + property("Name", "string", "n")), nothing},
+        {"GetProperty", named("Caption"), value("c")},
+        {"ModifyInstance", modified(property("Name", "string", "m")),
+         "7 CIM_ERR_NOT_SUPPORTED: key Name cannot change"},
+        {"ModifyInstance", modified(property("Caption", "string", "refuse me")),
+         "4 CIM_ERR_INVALID_PARAMETER: refused"},
+        {"SetProperty", named("Busy") + flag("NewValue", "TRUE"), nothing},
+        {"GetProperty", named("Busy"), value("TRUE")},
+        {"DeleteInstance", system("n"), nothing},
+        {"DeleteInstance", system("n"), "6 CIM_ERR_NOT_FOUND: T_System.Name=&quot;n&quot;"},
+    });
 }
 
 TEST_F(SimulatorRequests, WrongValuesAndNamesAreCimErrors) {
-    const auto create = [&](const std::string& cls, const std::string& property) {
-        return errorIn(
-            ask("CreateInstance", parameter("NewInstance", "<INSTANCE CLASSNAME=\"" + cls + "\">" +
-                                                               property + "</INSTANCE>")));
+    const auto made = [](const std::string& properties, const char* cls = "T_System") {
+        return parameter("NewInstance", instance(cls, properties));
     };
-    const auto value = [](const std::string& name, const std::string& type,
-                          const std::string& text) {
-        return "<PROPERTY NAME=\"" + name + "\" TYPE=\"" + type + "\"><VALUE>" + text +
-               "</VALUE></PROPERTY>";
-    };
-    EXPECT_EQ(create("T_Nope", ""), "5 CIM_ERR_INVALID_CLASS: T_Nope");
-    EXPECT_EQ(create("T_System", ""), "4 CIM_ERR_INVALID_PARAMETER: key Name has no value");
-    EXPECT_EQ(create("T_System", value("Nope", "string", "x")),
-              "4 CIM_ERR_INVALID_PARAMETER: T_System has no property Nope");
-    EXPECT_EQ(create("T_System", value("State", "uint16", "65536")),
-              "13 CIM_ERR_TYPE_MISMATCH: State is uint16");
-    EXPECT_EQ(create("T_System", value("State", "uint32", "6")),
-              "13 CIM_ERR_TYPE_MISMATCH: State is uint16");
-    EXPECT_EQ(create("T_System", value("Busy", "boolean", "perhaps")),
-              "13 CIM_ERR_TYPE_MISMATCH: Busy is boolean");
-    EXPECT_EQ(create("T_System", value("Codes", "uint8", "1")),
-              "13 CIM_ERR_TYPE_MISMATCH: Codes is an array");
-    EXPECT_EQ(create("T_System", value("Born", "datetime", "now")),
-              "13 CIM_ERR_TYPE_MISMATCH: Born is datetime");
-    EXPECT_EQ(errorIn(getInstance(element("T_Nope", "a"))), "5 CIM_ERR_INVALID_CLASS: T_Nope");
-    EXPECT_EQ(errorIn(getInstance(element("T_Sensor", "s"))),
-              "4 CIM_ERR_INVALID_PARAMETER: wrong number of keys: T_Sensor.Name=&quot;s&quot;");
-    EXPECT_EQ(errorIn(ask("GetClass", classNamed("ClassName", "Nope"))),
-              "6 CIM_ERR_NOT_FOUND: Nope");
-    EXPECT_EQ(errorIn(ask("GetClass", "")), "4 CIM_ERR_INVALID_PARAMETER: ClassName");
-    EXPECT_EQ(errorIn(ask("GetClass", flag("Nonsense", "1"))),
-              "4 CIM_ERR_INVALID_PARAMETER: Nonsense");
-    EXPECT_EQ(errorIn(ask("DeleteClass", "")), "7 CIM_ERR_NOT_SUPPORTED: DeleteClass");
-    EXPECT_EQ(errorIn(ask("ExecQuery", flag("QueryLanguage", "WQL") + flag("Query", "select"))),
-              "7 CIM_ERR_NOT_SUPPORTED");
-    EXPECT_EQ(errorIn(ask("ExecQuery", flag("QueryLanguage", "SQL") + flag("Query", "select"))),
-              "14 CIM_ERR_QUERY_LANGUAGE_NOT_SUPPORTED: SQL");
-    EXPECT_EQ(errorIn(contentOf(send(intrinsic("EnumerateInstanceNames",
-                                               classNamed("ClassName", "T_System"), "none")))),
-              "3 CIM_ERR_INVALID_NAMESPACE: root/none");
-    EXPECT_EQ(errorIn(contentOf(send(intrinsic("EnumerateInstanceNames",
-                                               classNamed("ClassName", "T_System"), "empty")))),
-              "5 CIM_ERR_INVALID_CLASS: T_System");
+    expectAnswers({
+        {"CreateInstance", made("", "T_Nope"), "5 CIM_ERR_INVALID_CLASS: T_Nope"},
+        {"CreateInstance", made(""), "4 CIM_ERR_INVALID_PARAMETER: key Name has no value"},
+        {"CreateInstance", made(property("Nope", "string", "x")),
+         "4 CIM_ERR_INVALID_PARAMETER: T_System has no property Nope"},
+        {"CreateInstance", made(property("State", "uint16", "65536")),
+         "13 CIM_ERR_TYPE_MISMATCH: State is uint16"},
+        {"CreateInstance", made(property("State", "uint32", "6")),
+         "13 CIM_ERR_TYPE_MISMATCH: State is uint16"},
+        {"CreateInstance", made(property("Busy", "boolean", "perhaps")),
+         "13 CIM_ERR_TYPE_MISMATCH: Busy is boolean"},
+        {"CreateInstance", made(property("Codes", "uint8", "1")),
+         "13 CIM_ERR_TYPE_MISMATCH: Codes is an array"},
+        {"CreateInstance", made(property("Born", "datetime", "now")),
+         "13 CIM_ERR_TYPE_MISMATCH: Born is datetime"},
+        {"GetInstance", parameter("InstanceName", element("T_Nope", "a")),
+         "5 CIM_ERR_INVALID_CLASS: T_Nope"},
+        {"GetInstance", parameter("InstanceName", element("T_Sensor", "s")),
+         "4 CIM_ERR_INVALID_PARAMETER: wrong number of keys: T_Sensor.Name=&quot;s&quot;"},
+        {"GetClass", classNamed("ClassName", "Nope"), "6 CIM_ERR_NOT_FOUND: Nope"},
+        {"GetClass", "", "4 CIM_ERR_INVALID_PARAMETER: ClassName"},
+        {"GetClass", flag("Nonsense", "1"), "4 CIM_ERR_INVALID_PARAMETER: Nonsense"},
+        {"DeleteClass", "", "7 CIM_ERR_NOT_SUPPORTED: DeleteClass"},
+        {"ExecQuery", flag("QueryLanguage", "WQL") + flag("Query", "select"),
+         "7 CIM_ERR_NOT_SUPPORTED"},
+        {"ExecQuery", flag("QueryLanguage", "SQL") + flag("Query", "select"),
+         "14 CIM_ERR_QUERY_LANGUAGE_NOT_SUPPORTED: SQL"},
+    });
+    for (const auto& [space, error] : {std::pair{"none", "3 CIM_ERR_INVALID_NAMESPACE: root/none"},
+                                       {"empty", "5 CIM_ERR_INVALID_CLASS: T_System"}}) {
+        EXPECT_EQ(errorIn(contentOf(send(intrinsic("EnumerateInstanceNames",
+                                                   classNamed("ClassName", "T_System"), space)))),
+                  error);
+    }
 }
 
 TEST_F(SimulatorRequests, MethodsGoToTheirProvidersWithTypedArguments) {
