@@ -53,6 +53,18 @@ TEST(IpSettings, BecomeCurrentAndTheAddressFollows) {
     }
 }
 
+TEST(Logs, CountTheirOwnRecordsAndLoseThemWhenTheyAreCleared) {
+    Controller controller;
+    const ObjectPath log = controller.find("ZORM_RecordLog", "InstanceID", "ZORM:log:sysA");
+    controller.remove(controller.find("ZORM_SELLogEntry", "RecordID", "2"));
+    controller.expect(log, {{"CurrentNumberOfRecords", 2}});
+    EXPECT_EQ(controller.partners(log, "ZORM_LogManagesRecord").size(), 2u);
+    EXPECT_EQ(controller.call(log, "ClearLog"), 0u);
+    EXPECT_EQ(controller.count("ZORM_SELLogEntry"), 1u);
+    controller.expect(log, {{"CurrentNumberOfRecords", 0}});
+    EXPECT_TRUE(controller.partners(log, "ZORM_LogManagesRecord").empty());
+}
+
 TEST(Accounts, GetKeysAndTiesOfTheProvidersChoosing) {
     Controller controller;
     const ObjectPath sp = controller.find("ZORM_SPComputerSystem");

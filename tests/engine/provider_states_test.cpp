@@ -103,6 +103,7 @@ TEST(Services, AreStartedAndStoppedByTheirOwnMethods) {
     controller.expect(agent, {{"Started", true}, {"EnabledState", 2}});
     EXPECT_EQ(controller.call(agent, "StopService"), 0u);
     controller.expect(agent, {{"Started", false}, {"EnabledState", 3}});
+    EXPECT_EQ(controller.call("ZORM_DaemonService", "Restart"), 0u);
 }
 
 TEST(Fan, RunsUpToTheSpeedThatWasAskedFor) {

@@ -122,6 +122,13 @@ private:
 };
 std::atomic<int> Verb::alive{0};
 
+void untilStopped(Verb& verb) {
+    for (;;) {
+        verb.checkpoint();
+        sleepFor(1);
+    }
+}
+
 TEST_F(Engine, WordsOfOutsideProgramsRunThemInAnyCaseWithTheirArguments) {
     start();
     EXPECT_EQ(run("TolMax -x 'a b'"), "");
@@ -268,6 +275,23 @@ TEST_F(Engine, AJobKeepsTheTimeThatTheLineOrTheSessionGives) {
               "20000000\n");
 }
 
+TEST_F(Engine, AllCommandsCanBeStoppedAtOnceAndTheirJobsAreTerminated) {
+    start();
+    CLPSession& session = *CLPSession::getInstance();
+    testing::internal::CaptureStdout();
+    {
+        Verb verb("localhost", simulator.port(), transport, untilStopped);
+        verb.start();
+        EXPECT_EQ(session.findCommand(1), &verb);
+        session.stopallCommand();
+        EXPECT_EQ(verb.wait(-1), 0);
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Job 1 is killed\r\n");
+    EXPECT_EQ(jobs("1"), "1|8\n");
+    EXPECT_EQ(session.findCommand(1), nullptr);
+    EXPECT_FALSE(session.stopCommand(77, CLPCommand::KILLED));
+}
+
 TEST_F(Engine, ACommandThatThrowsIsAnsweredAsASoftwareError) {
     start();
     testing::internal::CaptureStdout();
@@ -335,12 +359,7 @@ TEST_F(Engine, ACommandThatDoesNotStopIsGivenUpAfterTwoTries) {
 
 TEST_F(Engine, OutsideRequestsStopTheJobsOfThisProcessOnly) {
     start();
-    Verb verb("localhost", simulator.port(), transport, [](Verb& self) {
-        for (;;) {
-            self.checkpoint();
-            sleepFor(1);
-        }
-    });
+    Verb verb("localhost", simulator.port(), transport, untilStopped);
     verb.start();
     directory.execute("clp.db3", "INSERT INTO job_terminate VALUES('1',1,1)");
     core->terminateJob();

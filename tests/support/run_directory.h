@@ -18,7 +18,6 @@ public:
     // The path of a name in the directory.
     std::string file(const std::string& name) const { return m_path + "/" + name; }
     std::string addressDatabase() const { return "sqlite:" + file("clp.db3"); }
-    std::string sessionDatabase() const { return "sqlite:" + file("clpsvc.db3"); }
 
     // The record that makes the library work in this directory.
     velmora_clp::Locations locations() const { return velmora_clp::Locations::inDirectory(m_path); }

@@ -174,19 +174,12 @@ TEST_F(Completion, InAWrappedLineKeepsTheScreenInOrder) {
 TEST_F(Completion, InAContinuedLineSeesTheWholeLine) {
     walk();
     startAt(80);
-    const std::pair<std::string, Rows> cases[] = {
-        {"show `\r-level 2 `\r/admin1/bl", {"-> show `", "-level 2 `", "/admin1/blade1|"}},
-        {"show `\r-level 2 `\r/admin1/sys",
-         {"-> show `", "-level 2 `", "/admin1/sys", "system1    system2", "-> show -level 2 `",
-          "/admin1/system|"}},
-        {"show `\r-l" + LEFT, {"-> show `", "-level|"}},
-        {"sh`\ro", {"-> sh`", "ow|"}},
-        {"show `\r/nosuch" + LEFT + TAB + "x", {"-> show `", "/nosucx|h"}},
-        {"show /admin1 `\rna",
-         {"-> show /admin1 `", "na", "Name    NameFormat", "-> show /admin1 `", "name|"}},
-    };
-    for (const auto& [keys, shown] : cases)
-        expectShown(keys + TAB, shown);
+    expectShown("show `\r-level 2 `\r/admin1/sys" + TAB,
+                {"-> show `", "-level 2 `", "/admin1/sys", "system1    system2",
+                 "-> show -level 2 `", "/admin1/system|"});
+    expectShown("show `\r-l" + LEFT + TAB, {"-> show `", "-level|"});
+    expectShown("sh`\ro" + TAB, {"-> sh`", "ow|"});
+    expectShown("show `\r/nosuch" + LEFT + TAB + "x", {"-> show `", "/nosucx|h"});
     session->type("version `\r-o format=key" + TAB + "word\r");
     session->expect("commandline=version -o format=keyword\n");
     session->prompt();
