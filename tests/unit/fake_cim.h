@@ -77,6 +77,11 @@ private:
     CimArray m_array;
 };
 
+inline CimArray arrayOfTexts(const std::vector<std::string>& values) {
+    Data data(texts(values));
+    return cimClone(data.get().value.array);
+}
+
 inline bool same(const std::string& a, const std::string& b) {
     return strcasecmp(a.c_str(), b.c_str()) == 0;
 }

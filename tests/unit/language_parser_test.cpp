@@ -4,197 +4,82 @@
 
 namespace {
 
-struct Outcome {
-    const char* line;
-    int code; // 0 for a line that is accepted
-};
+using Lines = std::vector<const char*>;
 
-template<std::size_t N>
-void expectOutcomes(const Outcome (&lines)[N]) {
-    for (const Outcome& expected : lines)
-        EXPECT_EQ(ParsedLine(expected.line).outcome(), expected.code) << expected.line;
+// What these lines come to: a code, or 0 for lines that are accepted.
+void expectOutcome(int code, const Lines& lines) {
+    for (const char* line : lines)
+        EXPECT_EQ(ParsedLine(line).outcome(), code) << line;
 }
 
 TEST(Parser, AcceptsOrRefusesVerbsAndWhatFollowsThem) {
-    const Outcome lines[] = {
-        {"foo", 253},          {"foo -x /a1", 253},  {"123", 252},
-        {"   ", 252},          {"-all", 252},        {"show1", 246},
-        {"SHOW", 0},           {" show", 0},         {"version", 0},
-        {"exit", 0},           {"version /a1", 252}, {"exit SESSION", 252},
-        {"version name", 252}, {"show show", 252},   {"cd", 0},
-        {"cd SESSION", 0},     {"show \"x\"", 252},  {"start", 0},
-    };
-    expectOutcomes(lines);
+    expectOutcome(0, {"SHOW", " show", "version", "exit", "cd", "cd SESSION", "start"});
+    expectOutcome(246, {"show1"});
+    expectOutcome(252, {"123", "   ", "-all", "version /a1", "exit SESSION", "version name",
+                        "show show", "show \"x\""});
+    expectOutcome(253, {"foo", "foo -x /a1"});
 }
 
 TEST(Parser, AcceptsOrRefusesOptionsAndTheirArguments) {
-    const Outcome lines[] = {
-        {"set -x", 252},
-        {"set -q", 251},
-        {"show -q", 251},
-        {"show -level=5", 251},
-        {"exit -wait", 251},
-        {"load -force", 247},
-        {"version -keep 5", 247},
-        {"show -a -a", 252},
-        {"show -a -all", 252},
-        {"show -x -h -v -w -f -a", 0},
-        {"show -all /admin1", 0},
-        {"show /admin1 -all", 252},
-        {"cd /a1 -x", 252},
-        {"show -l", 248},
-        {"show -l 1x", 250},
-        {"show -l 0", 250},
-        {"show -l -a", 248},
-        {"show -l 2 -l", 252},
-        {"show -l 2 -l 2", 252},
-        {"show -l all", 0},
-        {"cd -k", 248},
-        {"cd -keep 1.30", 0},
-        {"cd -keep -1", 248},
-        {"cd -keep x", 250},
-        {"load -source", 248},
-        {"load -source nouri", 250},
-        {"load -source -x", 248},
-        {"load -source http://h/f", 0},
-        {"dump -destination \"file:///x\"", 0},
-    };
-    expectOutcomes(lines);
+    expectOutcome(0, {"show -x -h -v -w -f -a", "show -all /admin1", "show -l all", "cd -keep 1.30",
+                      "load -source http://h/f", "dump -destination \"file:///x\""});
+    expectOutcome(247, {"load -force", "version -keep 5"});
+    expectOutcome(
+        248, {"show -l", "show -l -a", "cd -k", "cd -keep -1", "load -source", "load -source -x"});
+    expectOutcome(250, {"show -l 1x", "show -l 0", "cd -keep x", "load -source nouri"});
+    expectOutcome(251, {"set -q", "show -q", "show -level=5", "exit -wait"});
+    expectOutcome(252, {"set -x", "show -a -a", "show -a -all", "show /admin1 -all", "cd /a1 -x",
+                        "show -l 2 -l", "show -l 2 -l 2"});
 }
 
 TEST(Parser, AcceptsOrRefusesTheListOfOutput) {
-    const Outcome lines[] = {
-        {"show -o", 248},
-        {"show -o ", 248},
-        {"show -o -a", 248},
-        {"show -o\"x", 250},
-        {"show -o foo", 250},
-        {"show -o format=csv", 250},
-        {"show -o format", 250},
-        {"show -o format=text,", 250},
-        {"show -o ,format=text", 250},
-        {"show -o format=text=x", 250},
-        {"show -o terse\"", 250},
-        {"show -o 1-5", 250},
-        {"show -o number=1-5 -a", 0},
-        {"show -o number=5-1", 250},
-        {"show -o number=123456-1", 250},
-        {"show -o format=text,format=text", 252},
-        {"show -o order=reverse,order=default", 252},
-        {"show -o language=eng,language=eng", 252},
-        {"show -o number=1-5,count=2", 252},
-        {"show -o count=2,number=1-5", 252},
-        {"show -o begin,number=1-5", 252},
-        {"show -o number=1-5,end", 252},
-        {"show -o begin,end", 252},
-        {"show -o begin,count=2", 0},
-        {"show -o terse,verbose", 252},
-        {"show -o error,error", 252},
-        {"show -o terse -output verbose", 252},
-        {"show -o FORMAT=CLPXML,Verbose /a1", 0},
-        {"version -o format=text ", 0},
-        {"show -output:count 3", 251},
-    };
-    expectOutcomes(lines);
+    expectOutcome(0, {"show -o number=1-5 -a", "show -o begin,count=2",
+                      "show -o FORMAT=CLPXML,Verbose /a1", "version -o format=text "});
+    expectOutcome(248, {"show -o", "show -o ", "show -o -a"});
+    expectOutcome(250, {"show -o\"x", "show -o foo", "show -o format=csv", "show -o format",
+                        "show -o format=text,", "show -o ,format=text", "show -o format=text=x",
+                        "show -o terse\"", "show -o 1-5", "show -o number=5-1",
+                        "show -o number=123456-1"});
+    expectOutcome(251, {"show -output:count 3"});
+    expectOutcome(252, {"show -o format=text,format=text", "show -o order=reverse,order=default",
+                        "show -o language=eng,language=eng", "show -o number=1-5,count=2",
+                        "show -o count=2,number=1-5", "show -o begin,number=1-5",
+                        "show -o number=1-5,end", "show -o begin,end", "show -o terse,verbose",
+                        "show -o error,error", "show -o terse -output verbose"});
 }
 
 TEST(Parser, AcceptsOrRefusesTheListOfDisplay) {
-    const Outcome lines[] = {
-        {"show -d", 248},
-        {"show -d -a", 248},
-        {"show -d a1", 250},
-        {"show -d all,all", 252},
-        {"show -d all,verbs,targets,properties,associations", 0},
-        {"show -d targets=sys,targets", 252},
-        {"show -d targets=cim_x", 250},
-        {"show -d properties=cim_x", 0},
-        {"show -d properties=(a,b_c)", 0},
-        {"show -d properties=a:b", 250},
-        {"show -d associations=(a,b)", 0},
-        {"show -d associations=(a,b_c)", 250},
-        {"show -d verbs=x", 250},
-        {"show -d targets properties", 0},
-        {"cd -d all", 251},
-    };
-    expectOutcomes(lines);
+    expectOutcome(0, {"show -d all,verbs,targets,properties,associations",
+                      "show -d properties=cim_x", "show -d properties=(a,b_c)",
+                      "show -d associations=(a,b)", "show -d targets properties"});
+    expectOutcome(248, {"show -d", "show -d -a"});
+    expectOutcome(250, {"show -d a1", "show -d targets=cim_x", "show -d properties=a:b",
+                        "show -d associations=(a,b_c)", "show -d verbs=x"});
+    expectOutcome(251, {"cd -d all"});
+    expectOutcome(252, {"show -d all,all", "show -d targets=sys,targets"});
 }
 
 TEST(Parser, AcceptsOrRefusesTheFormsOfATarget) {
-    const Outcome lines[] = {
-        {"delete admin", 246},
-        {"cd name", 246},
-        {"start name", 246},
-        {"load -h name", 246},
-        {"cd sys*", 246},
-        {"stop sys*", 246},
-        {"delete sys*", 0},
-        {"delete =>a", 246},
-        {"cd session", 246},
-        {"cd a1 b1", 252},
-        {"cd a1/", 246},
-        {"show -l 2 sys*", 252},
-        {"show sys*", 0},
-        {"show =>a", 0},
-        {"show a1=>b=>c1", 0},
-        {"set =>a=> sessionid=c", 0},
-        {"set =>a b=c", 246},
-        {"set sys* b=c", 246},
-        {"create", 242},
-        {"create name", 242},
-        {"create a=b", 242},
-        {"create -help", 0},
-        {"create -version", 0},
-        {"create -examine", 242},
-        {"create sys*", 0},
-        {"create sys* a=b", 0},
-        {"create =>a", 246},
-        {"create SESSION", 0},
-        {"dump", 245},
-        {"dump /a1", 245},
-        {"load a1/", 245},
-        {"load -help", 0},
-        {"dump -version /a1", 0},
-        {"load -examine", 245},
-    };
-    expectOutcomes(lines);
+    expectOutcome(0, {"delete sys*", "show sys*", "show =>a", "show a1=>b=>c1",
+                      "set =>a=> sessionid=c", "create -help", "create -version", "create sys*",
+                      "create sys* a=b", "create SESSION", "load -help", "dump -version /a1"});
+    expectOutcome(242, {"create", "create name", "create a=b", "create -examine"});
+    expectOutcome(245, {"dump", "dump /a1", "load a1/", "load -examine"});
+    expectOutcome(246, {"delete admin", "cd name", "start name", "load -h name", "cd sys*",
+                        "stop sys*", "delete =>a", "cd session", "cd a1/", "set =>a b=c",
+                        "set sys* b=c", "create =>a"});
+    expectOutcome(252, {"cd a1 b1", "show -l 2 sys*"});
 }
 
 TEST(Parser, AcceptsOrRefusesPropertiesAndSelectors) {
-    const Outcome lines[] = {
-        {"set", 252},
-        {"set -help", 252},
-        {"set /a1", 252},
-        {"set a=b", 0},
-        {"set prop=5", 0},
-        {"set a=\"1.2.3\"", 0},
-        {"set a=1.2", 246},
-        {"set a1=5", 246},
-        {"set /a1 a=1 b=2", 0},
-        {"set /a1 a=\"x\"b=y", 0},
-        {"set a=1 a=2", 252},
-        {"set a=1 A=2", 252},
-        {"set a[0]=x a[1]=y", 0},
-        {"set a[0]=x a[0]=y", 252},
-        {"set a[0]=x,y", 252},
-        {"set a=x,y", 0},
-        {"set a = 5", 252},
-        {"set a= 5", 252},
-        {"set a", 252},
-        {"set a==b", 252},
-        {"set a=", 252},
-        {"set /a1 show=5", 252},
-        {"show a", 0},
-        {"show /a1 a b a==x", 0},
-        {"show a==1 a==2", 252},
-        {"show a[0]==1 a[1]==2", 0},
-        {"show a ==1", 0},
-        {"show a== 1", 252},
-        {"show a=1", 252},
-        {"show /a1 n=v", 252},
-        {"show a==x,y", 252},
-        {"show a a", 0},
-    };
-    expectOutcomes(lines);
+    expectOutcome(0, {"set a=b", "set prop=5", "set a=\"1.2.3\"", "set /a1 a=1 b=2",
+                      "set /a1 a=\"x\"b=y", "set a[0]=x a[1]=y", "set a=x,y", "show a",
+                      "show /a1 a b a==x", "show a[0]==1 a[1]==2", "show a ==1", "show a a"});
+    expectOutcome(246, {"set a=1.2", "set a1=5"});
+    expectOutcome(252, {"set", "set -help", "set /a1", "set a=1 a=2", "set a=1 A=2",
+                        "set a[0]=x a[0]=y", "set a[0]=x,y", "set a = 5", "set a= 5", "set a",
+                        "set a==b", "set a=", "set /a1 show=5", "show a==1 a==2", "show a== 1",
+                        "show a=1", "show /a1 n=v", "show a==x,y"});
 }
 
 TEST(Parser, KeepsTheWholeLineAndTheVerbInLowerCase) {

@@ -8,16 +8,12 @@
 namespace velmora_clp {
 namespace {
 
+using fakecim::arrayOfTexts;
 using fakecim::Data;
 using fakecim::null;
 using fakecim::number;
 using fakecim::text;
 using fakecim::texts;
-
-CimArray arrayOfTexts(const std::vector<std::string>& values) {
-    Data data(texts(values));
-    return cimClone(data.get().value.array);
-}
 
 // The text that a text becomes as a value of a type; "-" for none.
 std::string normal(CMPIType type, const std::string& value, CMPIArray* values = nullptr,
