@@ -12,99 +12,51 @@ using namespace velmora_clp;
 
 namespace {
 
-TEST(CommandStatusRecord, StartsCompletedAndPrintsTheTagOfItsCode) {
-    CommandStatus status;
-    EXPECT_EQ(status.getStatusCode(), 0);
-    EXPECT_STREQ(status.getStatusTag(), "COMMAND COMPLETED");
-    const char* const tags[] = {"COMMAND COMPLETED", "COMMAND SPAWNED", "COMMAND PROCESSING FAILED",
-                                "COMMAND EXECUTION FAILED"};
-    for (int code = 0; code < 4; ++code) {
-        status.setStatusCode(static_cast<CommandStatus::status>(code));
-        EXPECT_EQ(status.getStatusCode(), code);
-        EXPECT_STREQ(status.getStatusTag(), tags[code]);
+// The tags of the codes from first to last, each behind the one before.
+template<typename Code, typename Record>
+std::string tagsOf(Record& record, int first, int last, void (Record::*set)(Code),
+                   const char* (Record::*tag)() const) {
+    std::string all;
+    for (int code = first; code <= last; ++code) {
+        (record.*set)(static_cast<Code>(code));
+        all.append(all.empty() ? "" : "|").append((record.*tag)());
     }
+    return all;
 }
 
-TEST(JobErrorRecord, StartsUnknownAndPrintsTheTagsOfItsCodes) {
+TEST(RecordsOfOutcomes, PrintTheTagsOfTheirCodes) {
+    CommandStatus status;
+    EXPECT_STREQ(status.getStatusTag(), "COMMAND COMPLETED");
+    EXPECT_EQ(tagsOf(status, 0, 3, &CommandStatus::setStatusCode, &CommandStatus::getStatusTag),
+              "COMMAND COMPLETED|COMMAND SPAWNED|COMMAND PROCESSING FAILED|"
+              "COMMAND EXECUTION FAILED");
     JobError error;
     EXPECT_STREQ(error.getErrorTag(), "Unknown");
     EXPECT_STREQ(error.getCimstatTag(), "CIM_ERR_FAILED");
     EXPECT_STREQ(error.getSeverityTag(), "Unknown");
-    const char* const errors[] = {"Unknown",
-                                  "Other",
-                                  "Communications Error",
-                                  "Quality of Service Error",
-                                  "Software Error",
-                                  "Hardware Error",
-                                  "Environmental Error",
-                                  "Security Error",
-                                  "Oversubscription Error",
-                                  "Unavailable Resource Error",
-                                  "Unsupported_Operation_Error"};
-    for (int code = 0; code < 11; ++code) {
-        error.setErrorCode(static_cast<JobError::error>(code));
-        EXPECT_STREQ(error.getErrorTag(), errors[code]);
-    }
-    const char* const states[] = {"CIM_ERR_FAILED",
-                                  "CIM_ERR_ACCESS_DENIE",
-                                  "CIM_ERR_INVALID_NAMESPACE",
-                                  "CIM_ERR_INVALID_PARAMETER",
-                                  "CIM_ERR_INVALID_CLASS",
-                                  "CIM_ERR_NOT_FOUND",
-                                  "CIM_ERR_NOT_SUPPORTED",
-                                  "CIM_ERR_CLASS_HAS_CHILDREN",
-                                  "CIM_ERR_CLASS_HAS_INSTANCES",
-                                  "CIM_ERR_INVALID_SUPERCLASS",
-                                  "CIM_ERR_ALREADY_EXISTS",
-                                  "CIM_ERR_NO_SUCH_PROPERTY",
-                                  "CIM_ERR_TYPE_MISMATCH",
-                                  "CIM_ERR_QUERY_LANGUAGE_NOT_SUPPORTED",
-                                  "CIM_ERR_INVALID_QUERY",
-                                  "CIM_ERR_METHOD_NOT_AVAILABLE",
-                                  "CIM_ERR_METHOD_NOT_FOUND",
-                                  "CIM_ERR_UNEXPECTED_RESPONSE",
-                                  "CIM_ERR_INVALID_RESPONSE_DESTINATION",
-                                  "CIM_ERR_NAMESPACE_NOT_EMPTY"};
-    for (int code = 1; code <= 20; ++code) {
-        error.setCimstatCode(static_cast<JobError::stat>(code));
-        EXPECT_STREQ(error.getCimstatTag(), states[code - 1]);
-    }
-    const char* const severities[] = {"Unknown", "Reserved", "Low", "Medium", "High", "Fatal"};
-    for (int code = 0; code < 6; ++code) {
-        error.setSeverityCode(static_cast<JobError::severity>(code));
-        EXPECT_STREQ(error.getSeverityTag(), severities[code]);
-    }
-    error.setCode(JobError::Unavailable_Resource_Error, JobError::CIM_ERR_NOT_FOUND,
-                  JobError::S_Low);
-    EXPECT_EQ(error.getErrorCode(), 9);
-    EXPECT_EQ(error.getCimstatCode(), 6);
-    EXPECT_EQ(error.getSeverityCode(), 2);
-}
-
-TEST(ProcessingErrorRecord, StartsUnspecifiedAndPrintsTheTagOfItsCode) {
-    ProcessingError error;
-    EXPECT_EQ(error.getErrorCode(), 256);
-    EXPECT_STREQ(error.getErrorTag(), "COMMAND ERROR UNSPECIFIED");
-    const char* const tags[] = {"FUNCTION NOT SUPPORTED",
-                                "MISSING REQUIRED TARGET",
-                                "UNRECOGNIZED OEMEXTENSION",
-                                "QUEUE FULL",
-                                "REQUIRED OPTION MISSING",
-                                "INVALID TARGET",
-                                "OPTION NOT SUPPORTED",
-                                "MISSING ARGUMENT",
-                                "OUTPUT FORMAT NOT SUPPORTED",
-                                "INVALID ARGUMENT",
-                                "INVALID OPTION",
-                                "COMMAND SYNTAX ERROR",
-                                "COMMAND NOT RECOGNIZED",
-                                "COMMAND NOT SUPPORTED",
-                                "MISSING REQUIRED CLP PRIVILEGE",
-                                "COMMAND ERROR UNSPECIFIED"};
-    for (int code = 241; code <= 256; ++code) {
-        error.setErrorCode(static_cast<ProcessingError::error>(code));
-        EXPECT_STREQ(error.getErrorTag(), tags[code - 241]);
-    }
+    EXPECT_EQ(tagsOf(error, 0, 10, &JobError::setErrorCode, &JobError::getErrorTag),
+              "Unknown|Other|Communications Error|Quality of Service Error|Software Error|"
+              "Hardware Error|Environmental Error|Security Error|Oversubscription Error|"
+              "Unavailable Resource Error|Unsupported_Operation_Error");
+    EXPECT_EQ(tagsOf(error, 1, 20, &JobError::setCimstatCode, &JobError::getCimstatTag),
+              "CIM_ERR_FAILED|CIM_ERR_ACCESS_DENIE|CIM_ERR_INVALID_NAMESPACE|"
+              "CIM_ERR_INVALID_PARAMETER|CIM_ERR_INVALID_CLASS|CIM_ERR_NOT_FOUND|"
+              "CIM_ERR_NOT_SUPPORTED|CIM_ERR_CLASS_HAS_CHILDREN|CIM_ERR_CLASS_HAS_INSTANCES|"
+              "CIM_ERR_INVALID_SUPERCLASS|CIM_ERR_ALREADY_EXISTS|CIM_ERR_NO_SUCH_PROPERTY|"
+              "CIM_ERR_TYPE_MISMATCH|CIM_ERR_QUERY_LANGUAGE_NOT_SUPPORTED|CIM_ERR_INVALID_QUERY|"
+              "CIM_ERR_METHOD_NOT_AVAILABLE|CIM_ERR_METHOD_NOT_FOUND|CIM_ERR_UNEXPECTED_RESPONSE|"
+              "CIM_ERR_INVALID_RESPONSE_DESTINATION|CIM_ERR_NAMESPACE_NOT_EMPTY");
+    EXPECT_EQ(tagsOf(error, 0, 5, &JobError::setSeverityCode, &JobError::getSeverityTag),
+              "Unknown|Reserved|Low|Medium|High|Fatal");
+    ProcessingError processing;
+    EXPECT_STREQ(processing.getErrorTag(), "COMMAND ERROR UNSPECIFIED");
+    EXPECT_EQ(
+        tagsOf(processing, 241, 256, &ProcessingError::setErrorCode, &ProcessingError::getErrorTag),
+        "FUNCTION NOT SUPPORTED|MISSING REQUIRED TARGET|UNRECOGNIZED OEMEXTENSION|"
+        "QUEUE FULL|REQUIRED OPTION MISSING|INVALID TARGET|OPTION NOT SUPPORTED|"
+        "MISSING ARGUMENT|OUTPUT FORMAT NOT SUPPORTED|INVALID ARGUMENT|INVALID OPTION|"
+        "COMMAND SYNTAX ERROR|COMMAND NOT RECOGNIZED|COMMAND NOT SUPPORTED|"
+        "MISSING REQUIRED CLP PRIVILEGE|COMMAND ERROR UNSPECIFIED");
 }
 
 TEST(CodesOutOfRange, EndTheProcessWhenTheyAreSetOrTheirTagIsRead) {

@@ -107,46 +107,36 @@ TEST(Scanner, TellsOptionsNamesAndTargetsApartBehindTheVerb) {
 }
 
 TEST(Scanner, KnowsEveryFormOfATarget) {
-    expectTokens(LEX_MAIN, {{"/", "PATH(/)"},
-                            {"\\", "PATH(\\)"},
-                            {".", "PATH(.)"},
-                            {"..", "PATH(..)"},
-                            {"../sys01", "PATH(../sys01)"},
-                            {"/Admin1\\System1", "PATH(/Admin1\\System1)"},
-                            {"a10", "PATH(a10)"},
-                            {"a01", "PATH(a01)"},
-                            {"OEMVelmora_fan1", "PATH(OEMVelmora_fan1)"},
-                            {"a010", "BAD_TARGET"},
-                            {"a0", "BAD_TARGET"},
-                            {"a00", "BAD_TARGET"},
-                            {"1", "BAD_TARGET"},
-                            {"admin1/", "BAD_TARGET"},
-                            {"a1//b1", "BAD_TARGET"},
-                            {"a1/b", "BAD_TARGET"},
-                            {".../a1", "BAD_TARGET"},
-                            {"a_b1", "BAD_TARGET"},
-                            {"x=y.z", "BAD_TARGET"},
-                            {"sys*", "WILDCARD(sys*)"},
-                            {"/sys*", "WILDCARD(/sys*)"},
-                            {"\\sys*", "WILDCARD(\\sys*)"},
-                            {"a1/b*", "WILDCARD(a1/b*)"},
-                            {"a1/*", "BAD_TARGET"},
-                            {"a1/b1*", "BAD_TARGET"},
-                            {"SESSION", "SESSION(SESSION)"},
-                            {"session", "BAD_TARGET"},
-                            {"Session1", "BAD_TARGET"},
-                            {"/admin1/session1", "BAD_TARGET"},
-                            {"XSESSIONY", "BAD_TARGET"},
-                            {"sessiontimeout=5", "BAD_TARGET"},
-                            {"=>a", "ASSOC(=>a)"},
-                            {"=>a=>", "ASSOC(=>a=>)"},
-                            {"=>a=>b1/c2", "ASSOC(=>a=>b1/c2)"},
-                            {"a1=>B=>c2", "ASSOC(a1=>B=>c2)"},
-                            {"/a1=>b=>/c2", "ASSOC(/a1=>b=>/c2)"},
-                            {"SESSION=>a", "ASSOC(SESSION=>a)"},
-                            {"=>a=>b", "BAD_TARGET"},
-                            {"=>", "BAD_TARGET"},
-                            {"a1=>b1", "BAD_TARGET"}});
+    const std::map<std::string, std::vector<std::string>> forms{
+        {"PATH",
+         {"/", "\\", ".", "..", "../sys01", "/Admin1\\System1", "a10", "a01", "OEMVelmora_fan1"}},
+        {"WILDCARD", {"sys*", "/sys*", "\\sys*", "a1/b*"}},
+        {"SESSION", {"SESSION"}},
+        {"ASSOC", {"=>a", "=>a=>", "=>a=>b1/c2", "a1=>B=>c2", "/a1=>b=>/c2", "SESSION=>a"}}};
+    for (const auto& [form, targets] : forms)
+        for (const std::string& target : targets)
+            EXPECT_EQ(scan(LEX_MAIN, target), form + "(" + target + ")");
+    for (const char* bad : {"a010",
+                            "a0",
+                            "a00",
+                            "1",
+                            "admin1/",
+                            "a1//b1",
+                            "a1/b",
+                            ".../a1",
+                            "a_b1",
+                            "x=y.z",
+                            "a1/*",
+                            "a1/b1*",
+                            "session",
+                            "Session1",
+                            "/admin1/session1",
+                            "XSESSIONY",
+                            "sessiontimeout=5",
+                            "=>a=>b",
+                            "=>",
+                            "a1=>b1"})
+        EXPECT_EQ(scan(LEX_MAIN, bad), "BAD_TARGET") << bad;
     // Once in a target, the rest of the line is scanned as targets.
     EXPECT_EQ(scan(LEX_MAIN, "/a1 name -all"), "PATH(/a1) CLASS(name) BAD_TARGET");
     EXPECT_EQ(scannedLength, 7);
@@ -164,30 +154,20 @@ TEST(Scanner, ReadsEveryWordBehindHelpAsATopic) {
                                 {"\x80", "ILLEGAL"}});
 }
 
-TEST(Scanner, ReadsTheArgumentsOfKeepAndLevel) {
-    expectTokens(LEX_KEEP_ARG, {{"5", "KEEP(5)"},
-                                {"\t1.2.3", "KEEP(1.2.3)"},
-                                {"5.", "BAD_ARG"},
-                                {"5x", "BAD_ARG"},
-                                {"-", "BAD_ARG"},
-                                {"-a", "NEXT_OPTION"},
-                                {"5\"", "BAD_ARG"}});
-    expectTokens(LEX_LEVEL_ARG, {{"ALL", "LEVEL(all)"},
-                                 {"010", "LEVEL(010)"},
-                                 {"0", "BAD_ARG"},
-                                 {"00", "BAD_ARG"},
-                                 {"1x", "BAD_ARG"},
-                                 {"-1", "NEXT_OPTION"},
-                                 {"-", "BAD_ARG"}});
-}
-
-TEST(Scanner, AcceptsUrisBareOrQuoted) {
+TEST(Scanner, ReadsTheArgumentsOfKeepLevelAndUris) {
+    expectTokens(LEX_KEEP_ARG, {{"5", "KEEP(5)"}, {"\t1.2.3", "KEEP(1.2.3)"}});
+    expectTokens(LEX_LEVEL_ARG, {{"ALL", "LEVEL(all)"}, {"010", "LEVEL(010)"}});
     expectTokens(LEX_URI_ARG, {{"http://h/F.bin", "URI(http://h/F.bin)"},
                                {"\"ftp://u@h/a,b\"", "URI(ftp://u@h/a,b)"},
-                               {"nouri", "BAD_ARG"},
-                               {"\"\"", "BAD_ARG BAD_ARG"},
-                               {"\"", "BAD_ARG"},
-                               {"-all", "NEXT_OPTION"}});
+                               {"\"\"", "BAD_ARG BAD_ARG"}});
+    const std::pair<lex_state, const char*> bad[] = {
+        {LEX_KEEP_ARG, "5."},   {LEX_KEEP_ARG, "5x"},  {LEX_KEEP_ARG, "-"},   {LEX_KEEP_ARG, "5\""},
+        {LEX_LEVEL_ARG, "0"},   {LEX_LEVEL_ARG, "00"}, {LEX_LEVEL_ARG, "1x"}, {LEX_LEVEL_ARG, "-"},
+        {LEX_URI_ARG, "nouri"}, {LEX_URI_ARG, "\""}};
+    for (const auto& [state, text] : bad)
+        EXPECT_EQ(scan(state, text), "BAD_ARG") << text;
+    for (const lex_state state : {LEX_KEEP_ARG, LEX_LEVEL_ARG, LEX_URI_ARG})
+        EXPECT_EQ(scan(state, "-1"), "NEXT_OPTION");
 }
 
 TEST(Scanner, ReadsTheListOfOutput) {
