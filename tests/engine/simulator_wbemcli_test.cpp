@@ -3,6 +3,8 @@
 
 #include "tests/support/simulator_process.h"
 
+#include <regex>
+
 namespace velclp_sim {
 namespace {
 
@@ -10,37 +12,26 @@ class Wbemcli : public testing::Test {
 protected:
     Wbemcli() { simulator_.post("/sim/model?do=add", smallModel); }
 
-    /// What wbemcli prints, with its address left out and errors behind the output.
+    /// What wbemcli prints, with its address left out, or the error that it tells.
     std::string run(std::vector<std::string> words, const std::string& object,
                     const std::string& last = "") const {
         words.insert(words.begin(), "/usr/bin/wbemcli");
-        words.push_back("http://" + server_ + "/root/zorm" + (object.empty() ? "" : ":" + object));
+        words.push_back("http://" + server_ + "/root/zorm:" + object);
         if (!last.empty()) {
             words.push_back(last);
         }
         ChildProcess process(words);
         process.wait();
-        std::string text = process.output();
-        for (auto at = text.find(server_ + "/"); at != std::string::npos;
-             at = text.find(server_ + "/")) {
-            text.erase(at, server_.size() + 1);
-        }
-        const auto error = process.errors().find("Cim: ");
-        return error == std::string::npos
-                   ? text + process.errors()
-                   : text +
-                         process.errors().substr(error, process.errors().find('\n', error) - error);
+        std::smatch error;
+        return std::regex_search(process.errors(), error, std::regex("Cim: .*"))
+                   ? error.str()
+                   : std::regex_replace(process.output(), std::regex(server_ + "/"), "") +
+                         process.errors();
     }
 
     /// Output of an operation that follows associations, which wbemcli prints with the host's name.
     std::string walk(std::vector<std::string> words, const std::string& object) const {
-        std::string text = run(std::move(words), object);
-        std::string result;
-        for (auto at = text.find("/root/zorm:"); at != std::string::npos;
-             at = text.find("/root/zorm:", at + 1)) {
-            result += text.substr(at + 11, text.find('\n', at) - at - 10);
-        }
-        return result;
+        return std::regex_replace(run(std::move(words), object), std::regex(".*?/root/zorm:"), "");
     }
 
     RunDirectory folder_;

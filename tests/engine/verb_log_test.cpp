@@ -44,54 +44,50 @@ private:
 
 } // namespace
 
-TEST_F(VerbLog, TellsWhereTheDefaultTargetMovedOrWhyItStayed) {
-    EXPECT_EQ("3 CLPCdCommand.svc ufct=[system],ufip=[/admin1/system1]\n"
-              "3 CLPCdCommand.display job=[1],status=[COMMAND COMPLETED],cdt=[/admin1/system1]\n",
-              records("cd system1"));
-    EXPECT_EQ("3 CLPCdCommand.svc ufct=[sp],ufip=[/admin1/system1/sp9]\n"
-              "1 CLPCdCommand.svc failed status=[6]\n"
-              "3 CLPCdCommand.display job=[2],status=[COMMAND EXECUTION FAILED],"
-              "cdt=[/admin1/system1]\n",
-              records("cd sp9"));
-}
-
-TEST_F(VerbLog, TellsHowAVerbIsCarriedOutOnItsTarget) {
-    EXPECT_EQ("3 StateCommand.carryOut method=[setspeed],type=[method]\n"
-              "3 StateCommand.invoke params=[desiredspeed|0,rampseconds|10]\n"
-              "3 CLPStopCommand.display job=[1],status=[COMMAND COMPLETED]\n",
-              records("stop /admin1/system1/oemvelmora_fan1"));
-    EXPECT_EQ("3 StateCommand.carryOut method=[hardstop],type=[pseudo]\n"
-              "3 CLPStopCommand.display job=[2],status=[COMMAND COMPLETED]\n",
-              records("stop -force /admin1/system1"));
-    EXPECT_EQ("3 CLPSetCommand.svc name=[elementname]\n"
-              "3 CLPSetCommand.svc name=[identifymode]\n"
-              "3 CLPSetCommand.svc method=[setidentify],type=[method],cimclass=[zorm_chassis]\n"
-              "3 CLPSetCommand.display job=[3],status=[COMMAND COMPLETED]\n",
-              records("set /admin1/chassis1 elementname=box identifymode=3"));
-    EXPECT_EQ("3 CLPDeleteCommand.svc ufct=[swid],ufip=[/admin1/system1/sp1/swid1]\n"
-              "3 CLPDeleteCommand.svc method=[deleteimage],type=[special],"
-              "cimclass=[zorm_spcomputersystem]\n"
-              "3 CLPDeleteCommand.svc ufip=[/admin1/system1/sp1/swid1]\n"
-              "1 CLPDeleteCommand.svc failed status=[CIM_ERR_ACCESS_DENIE]\n"
-              "3 CLPDeleteCommand.display job=[4],status=[COMMAND EXECUTION FAILED]\n",
-              records("delete /admin1/system1/sp1/swid1"));
-}
-
-TEST_F(VerbLog, TellsHowAVerbEnded) {
-    EXPECT_EQ("3 CLPSetCommand.svc name=[nosuch]\n"
-              "1 CLPSetCommand.svc Isn't property of this class!\n"
-              "1 CLPSetCommand.svc failed status=[CIM_ERR_FAILED]\n"
-              "3 CLPSetCommand.display job=[1],status=[COMMAND EXECUTION FAILED]\n",
-              records("set /admin1 nosuch=1"));
-    EXPECT_EQ("1 CLPCreateCommand.svc The parent is invalid.\n"
-              "1 CLPCreateCommand.svc failed status=[CIM_ERR_NOT_FOUND]\n"
-              "3 CLPCreateCommand.display job=[2],status=[COMMAND EXECUTION FAILED]\n",
-              records("create /admin1/user*"));
-    EXPECT_EQ("1 CLPDumpCommand.svc failed status=[CIM_ERR_NOT_SUPPORTED]\n"
-              "3 CLPDumpCommand.display job=[3],status=[COMMAND EXECUTION FAILED]\n",
-              records("dump -destination http://h/f"));
-    EXPECT_EQ("3 CLPHelpCommand.display job=[4],status=[COMMAND COMPLETED],"
-              "text=[Supported verbs:\\x0a\\x09cd\\x0a\\x09exit\\x0a\\x09help\\x0a\\x09set\\x0a"
-              "\\x09show\\x0a\\x09version\\x0a]\n",
-              records("help /"));
+TEST_F(VerbLog, TellsWhatAVerbDoesToItsTargetAndHowItEnded) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"cd system1",
+         "3 CLPCdCommand.svc ufct=[system],ufip=[/admin1/system1]\n"
+         "3 CLPCdCommand.display job=[1],status=[COMMAND COMPLETED],cdt=[/admin1/system1]\n"},
+        {"cd sp9", "3 CLPCdCommand.svc ufct=[sp],ufip=[/admin1/system1/sp9]\n"
+                   "1 CLPCdCommand.svc failed status=[6]\n"
+                   "3 CLPCdCommand.display job=[2],status=[COMMAND EXECUTION FAILED],"
+                   "cdt=[/admin1/system1]\n"},
+        {"stop /admin1/system1/oemvelmora_fan1",
+         "3 StateCommand.carryOut method=[setspeed],type=[method]\n"
+         "3 StateCommand.invoke params=[desiredspeed|0,rampseconds|10]\n"
+         "3 CLPStopCommand.display job=[3],status=[COMMAND COMPLETED]\n"},
+        {"stop -force /admin1/system1",
+         "3 StateCommand.carryOut method=[hardstop],type=[pseudo]\n"
+         "3 CLPStopCommand.display job=[4],status=[COMMAND COMPLETED]\n"},
+        {"set /admin1/chassis1 elementname=box identifymode=3",
+         "3 CLPSetCommand.svc name=[elementname]\n"
+         "3 CLPSetCommand.svc name=[identifymode]\n"
+         "3 CLPSetCommand.svc method=[setidentify],type=[method],cimclass=[zorm_chassis]\n"
+         "3 CLPSetCommand.display job=[5],status=[COMMAND COMPLETED]\n"},
+        {"delete /admin1/system1/sp1/swid1",
+         "3 CLPDeleteCommand.svc ufct=[swid],ufip=[/admin1/system1/sp1/swid1]\n"
+         "3 CLPDeleteCommand.svc method=[deleteimage],type=[special],"
+         "cimclass=[zorm_spcomputersystem]\n"
+         "3 CLPDeleteCommand.svc ufip=[/admin1/system1/sp1/swid1]\n"
+         "1 CLPDeleteCommand.svc failed status=[CIM_ERR_ACCESS_DENIE]\n"
+         "3 CLPDeleteCommand.display job=[6],status=[COMMAND EXECUTION FAILED]\n"},
+        {"set /admin1 nosuch=1",
+         "3 CLPSetCommand.svc name=[nosuch]\n"
+         "1 CLPSetCommand.svc Isn't property of this class!\n"
+         "1 CLPSetCommand.svc failed status=[CIM_ERR_FAILED]\n"
+         "3 CLPSetCommand.display job=[7],status=[COMMAND EXECUTION FAILED]\n"},
+        {"create /admin1/user*",
+         "1 CLPCreateCommand.svc The parent is invalid.\n"
+         "1 CLPCreateCommand.svc failed status=[CIM_ERR_NOT_FOUND]\n"
+         "3 CLPCreateCommand.display job=[8],status=[COMMAND EXECUTION FAILED]\n"},
+        {"dump -destination http://h/f",
+         "1 CLPDumpCommand.svc failed status=[CIM_ERR_NOT_SUPPORTED]\n"
+         "3 CLPDumpCommand.display job=[9],status=[COMMAND EXECUTION FAILED]\n"},
+        {"help /", "3 CLPHelpCommand.display job=[10],status=[COMMAND COMPLETED],"
+                   "text=[Supported verbs:\\x0a\\x09cd\\x0a\\x09exit\\x0a\\x09help\\x0a\\x09set"
+                   "\\x0a\\x09show\\x0a\\x09version\\x0a]\n"},
+    };
+    for (const auto& [line, expected] : cases)
+        EXPECT_EQ(expected, records(line)) << line;
 }
