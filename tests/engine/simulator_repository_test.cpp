@@ -63,17 +63,6 @@ instance of Holds { GroupComponent = $C1; PartComponent = $B1; };
     Repository repository_;
 };
 
-TEST_F(RepositoryTest, InstancesOfAClassAndItsSubclassesComeInTheOrderOfTheirArrival) {
-    EXPECT_EQ(names("Base"), "parent c1 b1 c2 ");
-    EXPECT_EQ(names("child"), "c1 c2 ");
-    Instance late(repository_.requireClass(space, "Base"));
-    late.set("creationclassname", "Base");
-    late.set("NAME", "late");
-    repository_.add(late);
-    EXPECT_EQ(names("Base"), "parent c1 b1 c2 late ");
-    EXPECT_EQ(codeOf([&] { repository_.add(late); }), 11);
-}
-
 TEST_F(RepositoryTest, PathsAreFoundInAnyCaseAndOrderOfKeysButValuesAreExact) {
     const ObjectPath odd("/ROOT/Zorm/", "CHILD", {{"name", "c1"}, {"CREATIONCLASSNAME", "Child"}});
     EXPECT_EQ(repository_.canonical(odd).toText(),
