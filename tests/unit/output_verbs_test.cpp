@@ -74,16 +74,7 @@ TEST_F(VerbResponse, HelpEscapesItsTextInXmlAndSaysWhenThereIsNone) {
               help("help -o format=clpxml show", "a <b>\nc"));
 }
 
-TEST_F(VerbResponse, LoadAndDumpHaveNoBodyAndStayOpen) {
-    const auto load = [&](const std::string& line) {
-        return bytesOf([&](Transport& out) {
-            COutputer(nullptr, &out).load_output(parsed(line), &done.record);
-        });
-    };
-    const std::string keyword = "load -source http://h/f -o format=keyword system1";
-    EXPECT_EQ(head(keyword), load(keyword));
-    const std::string xml = "load -source http://h/f -o format=clpxml system1";
-    EXPECT_EQ(xmlHead(xml), load(xml));
+TEST_F(VerbResponse, DumpHasNoBody) {
     const std::string dump = "dump -destination http://h/f -o verbose system1";
     EXPECT_EQ("cmdstat\r\n\tstatus     : 0\r\n\tstatus_tag : COMMAND COMPLETED\r\n",
               bytesOf([&](Transport& out) {
