@@ -4,13 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <csignal>
 #include <fcntl.h>
 #include <filesystem>
+#include <memory>
 #include <sys/file.h>
-#include <sys/wait.h>
-#include <thread>
+#include <unistd.h>
 
 namespace velmora_clp {
 namespace {
@@ -27,7 +25,6 @@ public:
         flock(m_fd, LOCK_UN);
         return true;
     }
-    int fd() const { return m_fd; }
 
 private:
     int m_fd;
@@ -67,22 +64,6 @@ TEST_F(CacheGuardTest, AnInnerGuardNeitherBlocksNorStrengthensNorUnlocks) {
     EXPECT_FALSE(other.canTake(LOCK_EX));
 }
 
-TEST_F(CacheGuardTest, WaitsUntilTheLockIsFree) {
-    const OtherProcess other;
-    ASSERT_EQ(0, flock(other.fd(), LOCK_EX));
-    const pid_t child = fork();
-    if (child == 0) {
-        const CacheGuard guard(0);
-        _exit(0);
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    int status = 0;
-    EXPECT_EQ(0, waitpid(child, &status, WNOHANG));
-    flock(other.fd(), LOCK_UN);
-    ASSERT_EQ(child, waitpid(child, &status, 0));
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-}
-
 TEST_F(CacheGuardTest, TheLockIsNotHandedToAnOutsideProgram) {
     const CacheGuard guard(1);
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
@@ -91,24 +72,6 @@ TEST_F(CacheGuardTest, TheLockIsNotHandedToAnOutsideProgram) {
             EXPECT_NE(0, fcntl(std::stoi(entry.path().filename()), F_GETFD) & FD_CLOEXEC);
         }
     }
-}
-
-void takeWithoutFile() {
-    Locations locations;
-    locations.schemaFile = "/nonexistent/schema.conf";
-    Locations::set(locations);
-    try {
-        const CacheGuard guard(0);
-    } catch (const char* text) {
-        std::fputs(text, stderr);
-        std::exit(3);
-    }
-}
-
-TEST(CacheGuardDeathTest, SaysThatTheLockFileCannotBeOpened) {
-    // In a process of its own, which has no lock file open yet.
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    EXPECT_EXIT(takeWithoutFile(), testing::ExitedWithCode(3), "Open process lock file failed.");
 }
 
 } // namespace

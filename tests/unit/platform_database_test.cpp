@@ -346,20 +346,6 @@ TEST_F(DatabaseLayer, LetsManyProcessesAndThreadsWriteAtOnce) {
               directory.query("clp.db3", "SELECT count(*) FROM t"));
 }
 
-TEST_F(DatabaseLayer, FailsWhereATestPlantsAFault) {
-    const auto connection = connect(url);
-    dbfaults::failStatement(2, SQLITE_FULL);
-    EXPECT_EQ(0, update(*connection, "INSERT INTO t(k) VALUES('a')"));
-    EXPECT_EQ("database or disk is full: " + directory.file("clp.db3"),
-              failureOf([&] { update(*connection, "INSERT INTO t(k) VALUES('b')"); }));
-    EXPECT_EQ(0, update(*connection, "INSERT INTO t(k) VALUES('b')"));
-    dbfaults::failConnection(1, SQLITE_CANTOPEN, 2);
-    EXPECT_EQ("unable to open database file: " + directory.file("clp.db3"),
-              failureOf([&] { connect(url); }));
-    dbfaults::clear();
-    EXPECT_EQ("no failure", failureOf([&] { connect(url); }));
-}
-
 TEST_F(DatabaseLayer, CostsNoFurtherOpenForAFurtherConnection) {
     const auto descriptors = [] {
         int count = 0;
