@@ -47,11 +47,6 @@ protected:
         m_directory.write("log", "");
         osalog_set_file(m_directory.file("log"));
     }
-    void failAll(const char* operation) {
-        m_server.onCall = [operation](const fakecim::Call& call) {
-            return call.operation == operation ? CMPI_RC_ERR_FAILED : CMPI_RC_OK;
-        };
-    }
     fakecim::Object& addSensor(const fakecim::Object& parent) {
         return addBelow(parent, "ZORM_Device", "ZORM_Sensor", "s",
                         {{"SensorNumber", fakecim::number(CMPI_uint16, "7")}});
@@ -82,7 +77,7 @@ TEST_F(AddressLogTest, TheWayToAnObject) {
                   "5 refreshCache Has no cimclass in schema!",
                   "5 getCacheItem ufct is not in schema",
                   "1 refreshCacheUfct With cimclass in schema!"});
-    failAll("associatorNames");
+    m_server.fail("associatorNames");
     resolve(service, "system9");
     m_server.onCall = nullptr;
     m_server.links.clear();
@@ -91,7 +86,7 @@ TEST_F(AddressLogTest, TheWayToAnObject) {
                   "1 refreshCacheUfct Has no instance after associatorNames|enumerate!"});
     service.objectExistInCIMOM(nullptr, nullptr);
     service.getUfisFromCIMObjectPath(m_admin->path().get(), "Missing");
-    failAll("getInstance");
+    m_server.fail("getInstance");
     service.getUfisFromCIMObjectPath(m_admin->path().get(), "Missing");
     expectLogged({"5 objectExistInCIMOM Input is NULL!",
                   "1 getUfisFromCIMObjectPath failed to get property!",
@@ -114,9 +109,9 @@ TEST_F(AddressLogTest, TheWayBack) {
     m_directory.execute("clp.db3", "UPDATE addrsvc_clp SET ufip='/nosuch1' WHERE ufip='/admin1'");
     service.getUfipFromCache(m_admin->path().get());
     service.getUfip(fakecim::Object{"ZORM_Fan", {{"InstanceID", "x"}}, {}}.path().get());
-    failAll("associatorNames");
+    m_server.fail("associatorNames");
     service.getUfip(fakecim::Object{"ZORM_Fan", {{"InstanceID", "x"}}, {}}.path().get());
-    failAll("getInstance");
+    m_server.fail("getInstance");
     service.getUfctFromObject(a.path().get(), "zorm_computersystem");
     expectLogged({"5 getUfipFromCache ufit is not same!", "5 getUfipFromCache fail to get cimcalss",
                   "1 getUfipFromCIMOM Has no instance after associatorNames!",
@@ -158,7 +153,7 @@ TEST_F(AddressLogTest, FiltersAndAssociations) {
     tie("/admin1/system1", "/admin1/system1/oem_fan1");
     tie("/admin1/system2", "");
     tie("/admin1/system1", "/admin1/system2");
-    failAll("getInstance");
+    m_server.fail("getInstance");
     tie("/admin1/system1", "/admin1/system1/oem_fan1");
     expectLogged({"5 getCIMObjectPath_Assoc after referenceNames!",
                   "5 getCIMObjectPath_Assoc Find the assoc instance!",

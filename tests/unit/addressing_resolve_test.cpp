@@ -9,6 +9,19 @@ class AddressResolveTest : public AddressFixture {
 protected:
     AddressResolveTest() : m_service(m_server.client()) {}
 
+    // Another session works while the next call of the operation is under way.
+    void during(const char* operation, const std::function<void(CLPAddrSVC&)>& work) {
+        m_happened = false;
+        m_server.onCall = [this, operation, work](const fakecim::Call& call) {
+            if (call.operation == operation && !std::exchange(m_happened, true)) {
+                CLPAddrSVC other(m_server.client());
+                work(other);
+            }
+            return 0;
+        };
+    }
+
+    bool m_happened = false;
     CLPAddrSVC m_service;
 };
 
@@ -85,9 +98,7 @@ TEST_F(AddressResolveTest, AVanishedObjectTakesWhatIsBelowItAndThatNumberingStar
 TEST_F(AddressResolveTest, AClassWithoutInstancesIsEmptiedAndAFailedCallKeepsIt) {
     fakecim::Object& a = addSystem("a");
     resolve(m_service, "system1");
-    m_server.onCall = [](const fakecim::Call& call) {
-        return call.operation == "associatorNames" ? CMPI_RC_ERR_FAILED : CMPI_RC_OK;
-    };
+    m_server.fail("associatorNames");
     EXPECT_EQ("", resolve(m_service, "system2"));
     EXPECT_EQ("/admin1\n/admin1/system1\n", addresses());
     m_server.onCall = nullptr;
@@ -126,9 +137,7 @@ TEST_F(AddressResolveTest, ANumberOfThePropertyIsTheObjectsOwn) {
     EXPECT_EQ("s12 s7", resolve(m_service, "system1/sensor*"));
 
     // What cannot be read keeps its number.
-    m_server.onCall = [](const fakecim::Call& call) {
-        return call.operation == "getInstance" ? CMPI_RC_ERR_FAILED : CMPI_RC_OK;
-    };
+    m_server.fail("getInstance");
     EXPECT_EQ("", resolve(m_service, "system1/sensor9"));
     EXPECT_EQ("s12 s7", resolve(m_service, "system1/sensor*"));
 }
@@ -194,9 +203,7 @@ TEST_F(AddressResolveTest, TagsOfOneClassAreToldApartByTheirFilters) {
     EXPECT_EQ("plain off second", (resolve(m_service, "system1"), resolve(m_service, "system*")));
     // An object that cannot be read belongs to no tag.
     addSystem("late", {{"Dedicated", texts({"Blade"})}, {"EnabledState", enabled}});
-    m_server.onCall = [](const fakecim::Call& call) {
-        return call.operation == "getInstance" ? CMPI_RC_ERR_FAILED : CMPI_RC_OK;
-    };
+    m_server.fail("getInstance");
     EXPECT_EQ("", resolve(m_service, "blade3"));
     m_server.onCall = nullptr;
     EXPECT_EQ("late", resolve(m_service, "blade3"));
@@ -205,31 +212,19 @@ TEST_F(AddressResolveTest, TagsOfOneClassAreToldApartByTheirFilters) {
 TEST_F(AddressResolveTest, AnotherSessionThatIsFasterNumbersTheObjectsForBoth) {
     addSystem("a");
     addSystem("b");
-    bool first = true;
-    m_server.onCall = [&](const fakecim::Call& call) {
-        if (call.operation == "associatorNames" && std::exchange(first, false)) {
-            CLPAddrSVC other(m_server.client());
-            std::reverse(m_server.links.begin(), m_server.links.end());
-            resolve(other, "system1");
-            addSystem("c");
-        }
-        return 0;
-    };
+    during("associatorNames", [&](CLPAddrSVC& other) {
+        std::reverse(m_server.links.begin(), m_server.links.end());
+        resolve(other, "system1");
+        addSystem("c");
+    });
     EXPECT_EQ("b", resolve(m_service, "system1"));
     EXPECT_EQ("/admin1\n/admin1/system1\n/admin1/system2\n/admin1/system3\n", addresses());
     EXPECT_EQ("4\n", counter("/admin1/system"));
     // And between the look at the cache and the write.
     addSystem("d");
-    first = true;
-    m_server.onCall = [&](const fakecim::Call& call) {
-        if (call.operation == "getInstance" && std::exchange(first, false)) {
-            CLPAddrSVC other(m_server.client());
-            resolve(other, "system4");
-        }
-        return 0;
-    };
+    during("getInstance", [&](CLPAddrSVC& other) { resolve(other, "system4"); });
     EXPECT_EQ("d", resolve(m_service, "system4"));
-    EXPECT_FALSE(first);
+    EXPECT_TRUE(m_happened);
     EXPECT_EQ("5\n", counter("/admin1/system"));
 }
 
@@ -246,15 +241,10 @@ TEST_F(AddressResolveTest, AnAddressThatBecameAnotherObjectsMeanwhileIsLeftToIt)
                                  "SELECT id FROM addrsvc_clp WHERE ufip LIKE '%/sensor7'");
     };
     std::string row;
-    bool first = true;
-    m_server.onCall = [&](const fakecim::Call& call) {
-        if (call.operation == "getInstance" && std::exchange(first, false)) {
-            CLPAddrSVC other(m_server.client());
-            resolve(other, "system1/sensor9");
-            row = rowOf7();
-        }
-        return 0;
-    };
+    during("getInstance", [&](CLPAddrSVC& other) {
+        resolve(other, "system1/sensor9");
+        row = rowOf7();
+    });
     resolve(m_service, "system1/sensor9");
     EXPECT_EQ(row, rowOf7());
     EXPECT_EQ("new", resolve(m_service, "system1/sensor7"));
@@ -280,19 +270,13 @@ TEST_F(AddressResolveTest, AnObjectThatIsNamedWithoutANamespaceLiesInTheDefaultO
 TEST_F(AddressResolveTest, AnAnswerSaysNothingOfObjectsThatWereAddedAfterIt) {
     fakecim::Object& a = addSystem("a");
     resolve(m_service, "system1");
-    bool first = true;
+    // The answer of the call was made before: it holds nothing of what comes now.
     const auto whileAnswering = [&](const std::function<void(CLPAddrSVC&)>& work) {
-        first = true;
-        m_server.onCall = [this, &first, work](const fakecim::Call& call) {
-            // The answer of this call was made before: it holds nothing of what comes now.
-            if (call.operation == "associatorNames" && std::exchange(first, false)) {
-                const auto links = m_server.links;
-                CLPAddrSVC other(m_server.client());
-                work(other);
-                m_server.links = links;
-            }
-            return 0;
-        };
+        during("associatorNames", [this, work](CLPAddrSVC& other) {
+            const auto links = m_server.links;
+            work(other);
+            m_server.links = links;
+        });
     };
     whileAnswering([&](CLPAddrSVC& other) {
         addSystem("b");

@@ -78,9 +78,7 @@ TEST_F(AddressReverseTest, AnObjectWithoutAKnownParentHasNoAddress) {
     const fakecim::Object& lost = m_server.add({"ZORM_Fan", {{"InstanceID", "lost"}}, {}});
     EXPECT_EQ("", ufip(lost));
     EXPECT_EQ("", ufip({"ZORM_Orphan", {{"Name", "x"}}, {}}));
-    m_server.onCall = [](const fakecim::Call& call) {
-        return call.operation == "associatorNames" ? CMPI_RC_ERR_FAILED : CMPI_RC_OK;
-    };
+    m_server.fail("associatorNames");
     EXPECT_EQ("", ufip(*std::next(m_server.objects.begin())));
     EXPECT_DEATH(m_service.getUfip(nullptr), "path");
 }

@@ -264,6 +264,11 @@ public:
     std::vector<Call> calls;
     // Called on every call before it is answered; a code other than 0 fails it.
     std::function<int(const Call&)> onCall;
+    void fail(const std::string& operation, int code = CMPI_RC_ERR_FAILED) {
+        onCall = [operation, code](const Call& call) {
+            return call.operation == operation ? code : CMPI_RC_OK;
+        };
+    }
     // What methods return, by name; 0 as a uint32 without an entry. May fill the output.
     std::map<std::string, std::function<Value(CMPIArgs*)>> methods;
     // What createInstance gives; null for nothing.

@@ -58,11 +58,6 @@ protected:
                    ? ""
                    : m_server.calls.back().cimclass + " " + m_server.calls.back().detail;
     }
-    void fail(const char* operation, int rc) {
-        m_server.onCall = [operation, rc](const fakecim::Call& call) {
-            return call.operation == operation ? rc : 0;
-        };
-    }
     std::string pseudo(const char* ufct, const char* method, const Pairs& props,
                        CMPIArgs* out = nullptr) {
         return codes(m_mapping.smPseudoMethod(m_path.get(), ufct, method, props, out));
@@ -159,7 +154,7 @@ TEST_F(MappingTest, ACreatedObjectComesInTheNamespaceOfItsPath) {
     EXPECT_EQ("root/zorm", cimNameSpace(object.get()));
     m_server.created = nullptr;
     EXPECT_EQ("4,1,0", create(object));
-    fail("createInstance", 11);
+    m_server.fail("createInstance", 11);
     EXPECT_EQ("1,11,0", create(object));
     EXPECT_EQ(nullptr, object);
 }
@@ -171,9 +166,9 @@ TEST_F(MappingTest, PropertiesAreWrittenTogetherOverWhatIsThere) {
     EXPECT_EQ("ok", set({{"Number", &value.get()}, {"Text", &name.get()}}));
     EXPECT_EQ("ZORM_Thing Name:1600=a;Old:1600=stays;Number:0090=7;Text:1600=new;", lastCall());
     EXPECT_EQ(1, m_server.count("setInstance"));
-    fail("getInstance", 6);
+    m_server.fail("getInstance", 6);
     EXPECT_EQ("1,6,0", set({{"Text", &name.get()}}));
-    fail("setInstance", 2);
+    m_server.fail("setInstance", 2);
     EXPECT_EQ("1,2,0", set({{"Text", &name.get()}}));
     EXPECT_DEATH(set({}), "props->empty\\(\\)==false");
     EXPECT_DEATH(set({{"Text", nullptr}}), "p->second");
@@ -206,7 +201,7 @@ TEST_F(MappingTest, AMethodIsInvokedWithItsParametersInOrder) {
     EXPECT_EQ("ZORM_Thing setspeed(speed:00a0=5;name:1600=x;)", lastCall());
     m_server.methods["setspeed"] = [](CMPIArgs*) { return number(CMPI_uint32, "5"); };
     EXPECT_EQ("1,4,2", invoke("setspeed", &in, &out));
-    fail("invokeMethod", 16);
+    m_server.fail("invokeMethod", 16);
     EXPECT_EQ("1,16,0", invoke("setspeed", &in, &out));
     const DataPairs missing = {{"speed", nullptr}};
     EXPECT_DEATH(invoke("setspeed", &missing, &out), "\\(\\*inP\\)\\[i\\].second");
@@ -219,7 +214,7 @@ TEST_F(MappingTest, TwoMethodNamesStandForOperations) {
     EXPECT_EQ("ZORM_Thing RequestStateChange(requestedstate:0090=4;)", lastCall());
     EXPECT_EQ("ok", invoke("DeleteInstance", &in));
     EXPECT_EQ("deleteInstance", m_server.calls.back().operation);
-    fail("deleteInstance", 7);
+    m_server.fail("deleteInstance", 7);
     EXPECT_EQ("1,7,0", invoke("deleteinstance", nullptr));
     const DataPairs none;
     EXPECT_DEATH(invoke("requeststatechange", &none), "static_cast<int>\\(inP->size\\(\\)\\)==1");
@@ -422,7 +417,7 @@ TEST_F(MappingTest, ALogIsClearedByItsOwnMethod) {
         EXPECT_EQ("ok", pseudo(tag, "show", {}));
         EXPECT_TRUE(m_server.calls.empty());
     }
-    fail("invokeMethod", 2);
+    m_server.fail("invokeMethod", 2);
     EXPECT_EQ("1,2,0", pseudo("log", "clearlog", {}));
     EXPECT_EQ("ok", pseudo("fan", "clearlog", {}));
 }
@@ -503,7 +498,7 @@ TEST_F(MappingTest, ASpecialMethodThatCannotBeCalledIsRefused) {
     EXPECT_EQ("ok", special("installfromuri", &uri, m_path.get()));
     m_server.methods["InstallFromURI"] = [](CMPIArgs*) { return number(CMPI_uint32, "5"); };
     EXPECT_EQ("1,4,2", special("installfromuri", &uri, m_path.get()));
-    fail("invokeMethod", 7);
+    m_server.fail("invokeMethod", 7);
     EXPECT_EQ("1,7,0", special("installfromuri", &uri, m_path.get()));
     EXPECT_EQ("ok", codes(m_mapping.smSpecialMethod("ZORM_Other", "installfromuri", &uri, nullptr,
                                                     nullptr)));

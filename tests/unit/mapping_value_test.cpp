@@ -337,9 +337,7 @@ TEST_F(FilterTest, APseudoPropertyIsReadByItsMethodAndHasItsTexts) {
 
 TEST_F(FilterTest, AClassOrObjectThatCannotBeReadFails) {
     for (const char* operation : {"getClass", "getInstance", "referenceNames"}) {
-        m_server.onCall = [operation](const fakecim::Call& call) {
-            return call.operation == operation ? CMPI_RC_ERR_FAILED : CMPI_RC_OK;
-        };
+        m_server.fail(operation);
         EXPECT_FALSE(passes({"Name"}, {{"powerstate", "8"}})) << operation;
     }
 }
