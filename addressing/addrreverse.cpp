@@ -163,7 +163,7 @@ std::string CLPAddrSVC::getUfipFromCIMOM(CMPIObjectPath* path, const std::string
         if (!ufct.empty())
             refreshCacheUfct(parentufip, parentObject, aa, ufct);
     }
-    const std::string ufip = getUfipFromCache(path);
+    std::string ufip = getUfipFromCache(path);
     VELCLP_LOG_VALUE(function, "ufip from cache=[%s]", ufip.c_str());
     return ufip;
 }

@@ -135,7 +135,7 @@ std::string CLPAddrSVC::normalUfip(const std::string& ufip) {
         const std::string& real = schema.getRealUfct(path.getUfct(term));
         if (real.empty())
             continue;
-        term = real + path.getUfis(term);
+        term.replace(0, path.getUfct(term).size(), real);
         changed = true;
     }
     return changed ? joinTerms(terms, terms.size()) : ufip;

@@ -100,7 +100,7 @@ CLPCommand::CLPCommand(const std::string& host, const std::string& port, const s
     m_cdt = currentDefaultTarget();
     m_client = client.get();
     makeJob(keep);
-    client.release();
+    static_cast<void>(client.release());
     m_output = output.release();
     CLPSession::getInstance()->insertCommand(this);
 }

@@ -11,7 +11,7 @@ namespace velmora_clp {
 
 std::string schemaClassOf(const std::string& cimclass) {
     const CLPSchema& schema = *CLPSchema::getInstance();
-    const std::string name = lowerString(cimclass);
+    std::string name = lowerString(cimclass);
     if (schema.hasCIMClass(name))
         return name;
     const std::string standard = "cim" + name.substr(name.find('_'));

@@ -164,11 +164,11 @@ void COutputer::txt_show_subtargets(CMPIObjectPath* object, FilterResult* result
         if (ufct.empty())
             continue;
         command->checkpoint();
+        const std::string level = std::string(parent).append("/").append(ufct);
         // An instance 0 is never cached, so looking for it brings the level up to date.
         if (std::find(dynamic.begin(), dynamic.end(), ufct) != dynamic.end())
-            const CimPaths known(
-                addresses().getCIMObjectPath(CLPAddrpath("/", parent + "/" + ufct + "0")));
-        for (const std::string& address : addresses().selectUfip(parent + "/" + ufct))
+            const CimPaths known(addresses().getCIMObjectPath(CLPAddrpath("/", level + "0")));
+        for (const std::string& address : addresses().selectUfip(level))
             out.line(TAB, TAB, lastTermOf(address).term);
     }
 }

@@ -15,8 +15,8 @@ namespace velclp_sim {
 namespace {
 
 constexpr int transferMilliseconds = 30 * 1000;
-constexpr std::size_t inputSize = 16 * 1024;
-constexpr std::size_t gatheredSize = 64 * 1024;
+constexpr std::size_t inputSize = std::size_t{16} * 1024;
+constexpr std::size_t gatheredSize = std::size_t{64} * 1024;
 
 void readAddress(const sockaddr_storage& address, std::string& ip, int& port) {
     std::array<char, INET6_ADDRSTRLEN> text{};

@@ -19,7 +19,7 @@ namespace velclp_sim {
 namespace {
 
 /// Requests are small; a created instance with long arrays still fits by far.
-constexpr std::size_t maxRequestSize = 16 * 1024 * 1024;
+constexpr std::size_t maxRequestSize = std::size_t{16} * 1024 * 1024;
 /// Many sessions may start in the same moment.
 constexpr int backlog = 1024;
 

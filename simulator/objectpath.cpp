@@ -75,7 +75,7 @@ private:
         if (sameName(word, "true") || sameName(word, "false")) {
             return sameName(word, "true");
         }
-        if (word.find_first_of(".") != std::string::npos) {
+        if (word.find('.') != std::string::npos) {
             return scalarFromText(word, CimType::real64, "a key");
         }
         const bool negative = !word.empty() && word[0] == '-';

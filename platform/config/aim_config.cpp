@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr off_t largestFile = 64 * 1024;
+constexpr off_t largestFile = off_t{64} * 1024;
 
 struct Store {
     std::mutex mutex;
