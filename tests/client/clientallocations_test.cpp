@@ -86,23 +86,17 @@ protected:
 };
 
 TEST_F(ClientAllocations, ThatFailInAnInstanceCostTheCall) {
-    const std::string shown =
-        shownAtLast([&] { server.returns(instance); },
-                    [&] {
-                        return text(CimInstance(client->ft->getInstance(client.get(), name.get(), 0,
-                                                                        nullptr, status.out())));
-                    });
+    const std::string shown = shownAtLast(
+        [&] { server.returns(instance); },
+        [&] { return text(CimInstance(table().getInstance(c(), op(), 0, nullptr, rc()))); });
     EXPECT_NE(std::string::npos, shown.find("a name that is not short")) << shown;
     EXPECT_NE(std::string::npos, shown.find("Other=")) << shown;
 }
 
 TEST_F(ClientAllocations, ThatFailInAListCostTheCall) {
-    const std::string shown =
-        shownAtLast([&] { server.returns(path + path); },
-                    [&] {
-                        return text(CimEnumeration(
-                            client->ft->enumInstanceNames(client.get(), name.get(), status.out())));
-                    });
+    const std::string shown = shownAtLast(
+        [&] { server.returns(path + path); },
+        [&] { return text(CimEnumeration(table().enumInstanceNames(c(), op(), rc()))); });
     EXPECT_NE(std::string::npos, shown.find("a name that is not short")) << shown;
 }
 
@@ -115,7 +109,7 @@ TEST_F(ClientAllocations, ThatFailInAMethodsResultCostTheCall) {
                              path + "</VALUE.REFERENCE></PARAMVALUE>");
     };
     const std::string shown = shownAtLast(prepare, [&] {
-        client->ft->invokeMethod(client.get(), name.get(), "Run", nullptr, out.get(), status.out());
+        table().invokeMethod(c(), op(), "Run", nullptr, out.get(), rc());
         return text(out);
     });
     EXPECT_NE(std::string::npos, shown.find("a name that is not short")) << shown;

@@ -11,14 +11,6 @@ class Failures : public WithServer {
 protected:
     ~Failures() override { cimclient::setLimits({}); }
 
-    CimEnumeration names() {
-        return CimEnumeration(
-            client->ft->enumInstanceNames(client.get(), name.get(), status.out()));
-    }
-    CimInstance instance() {
-        return CimInstance(
-            client->ft->getInstance(client.get(), name.get(), 0, nullptr, status.out()));
-    }
     void replyError(const std::string& error) {
         server.replyXml(
             replyMessage("<IMETHODRESPONSE NAME=\"X\">" + error + "</IMETHODRESPONSE>"));
@@ -42,8 +34,7 @@ TEST_F(Failures, OfTheServerComeWithItsCodeAndWordsDecoded) {
     replyError("<ERROR CODE=\"many\" DESCRIPTION=\"words\"/>");
     EXPECT_FAILS(names(), 1, "words");
     server.methodReturns("<ERROR CODE=\"16\" DESCRIPTION=\"no method\"/>");
-    const CMPIData result =
-        client->ft->invokeMethod(client.get(), name.get(), "Run", nullptr, nullptr, status.out());
+    const CMPIData result = table().invokeMethod(c(), op(), "Run", nullptr, nullptr, rc());
     EXPECT_EQ(show(result), "0000/0500 null");
     EXPECT_EQ(outcome(status), (Outcome{16, "no method"}));
 }
@@ -134,8 +125,7 @@ TEST_F(Failures, AreWhatElementsInTheWrongPlaceEndIn) {
     for (const char* bad : {"<INSTANCE CLASSNAME=\"A\"/>", "<CLASS/>",
                             "<CLASS NAME=\"A\"><METHOD NAME=\"M\"><FOO/></METHOD></CLASS>"}) {
         server.returns(bad);
-        EXPECT_FALSE(client->ft->getClass(client.get(), name.get(), 0, nullptr, status.out()))
-            << bad;
+        EXPECT_FALSE(table().getClass(c(), op(), 0, nullptr, rc())) << bad;
         EXPECT_EQ(status.rc(), CMPI_RC_ERR_FAILED) << bad;
     }
 }
@@ -176,23 +166,18 @@ TEST_F(Failures, AreWhatACutOffReplyEndsIn) {
 }
 
 TEST_F(Failures, OfEveryOperationWithoutItsArgumentsSendNothing) {
-    CMCIClientFT& table = *client->ft;
-    CMCIClient* c = client.get();
-    EXPECT_FAILS(table.getClass(c, nullptr, 0, nullptr, status.out()), 4, "No object path given");
-    EXPECT_FAILS(table.enumClassNames(c, nullptr, 0, status.out()), 4, "No object path given");
-    EXPECT_FAILS(table.enumClasses(c, nullptr, 0, status.out()), 4, "No object path given");
-    EXPECT_FAILS(table.getInstance(c, nullptr, 0, nullptr, status.out()), 4,
-                 "No object path given");
-    EXPECT_FAILS(table.createInstance(c, name.get(), nullptr, status.out()), 4,
-                 "No instance given");
-    EXPECT_FAILS(table.execQuery(c, name.get(), nullptr, "WQL", status.out()), 4, "No query given");
-    EXPECT_FAILS(table.enumInstanceNames(c, nullptr, status.out()), 4, "No object path given");
-    EXPECT_FAILS(table.enumInstances(c, nullptr, 0, nullptr, status.out()), 4,
-                 "No object path given");
-    EXPECT_FAILS(table.clone(c, status.out()), 7, "");
-    name->ft->setClassName(name.get(), nullptr);
-    EXPECT_FAILS(table.getInstance(c, name.get(), 0, nullptr, nullptr), 7, "");
-    status = table.deleteInstance(c, name.get());
+    EXPECT_FAILS(table().getClass(c(), nullptr, 0, nullptr, rc()), 4, "No object path given");
+    EXPECT_FAILS(table().enumClassNames(c(), nullptr, 0, rc()), 4, "No object path given");
+    EXPECT_FAILS(table().enumClasses(c(), nullptr, 0, rc()), 4, "No object path given");
+    EXPECT_FAILS(table().getInstance(c(), nullptr, 0, nullptr, rc()), 4, "No object path given");
+    EXPECT_FAILS(table().createInstance(c(), op(), nullptr, rc()), 4, "No instance given");
+    EXPECT_FAILS(table().execQuery(c(), op(), nullptr, "WQL", rc()), 4, "No query given");
+    EXPECT_FAILS(table().enumInstanceNames(c(), nullptr, rc()), 4, "No object path given");
+    EXPECT_FAILS(table().enumInstances(c(), nullptr, 0, nullptr, rc()), 4, "No object path given");
+    EXPECT_FAILS(table().clone(c(), rc()), 7, "");
+    name->ft->setClassName(op(), nullptr);
+    EXPECT_FAILS(table().getInstance(c(), op(), 0, nullptr, nullptr), 7, "");
+    status = table().deleteInstance(c(), op());
     EXPECT_EQ(outcome(status), (Outcome{4, "No class name given"}));
     EXPECT_EQ(server.requestCount(), 0U);
 }

@@ -45,6 +45,16 @@ class WithServer : public ::testing::Test {
 protected:
     WithServer();
 
+    // What every call takes.
+    CMCIClientFT& table() { return *client->ft; }
+    CMCIClient* c() { return client.get(); }
+    CMPIObjectPath* op() { return name.get(); }
+    CMPIStatus* rc() { return status.out(); }
+
+    // The reply that is prepared next, taken for that of a list or of an instance.
+    CimEnumeration names() { return CimEnumeration(table().enumInstanceNames(c(), op(), rc())); }
+    CimInstance instance() { return CimInstance(table().getInstance(c(), op(), 0, nullptr, rc())); }
+
     CimPath name = thing();
     StandIn server;
     CimStatus status;

@@ -22,20 +22,17 @@ std::string property(const std::string& name, const std::string& type, const std
 
 class Replies : public WithServer {
 protected:
-    std::string names(const std::string& returned) {
+    std::string namesIn(const std::string& returned) {
         server.returns(returned);
-        return show(
-            CimEnumeration(client->ft->enumInstanceNames(client.get(), name.get(), status.out()))
-                .get());
+        return show(names().get());
     }
-    CimInstance instance(const std::string& properties) {
+    CimInstance instanceOf(const std::string& properties) {
         server.returns("<INSTANCE CLASSNAME=\"CIM_Other\">" + properties + "</INSTANCE>");
-        return CimInstance(
-            client->ft->getInstance(client.get(), name.get(), 0, nullptr, status.out()));
+        return instance();
     }
     // Properties behind the key, which is always there.
     std::string properties(const std::string& xml) {
-        const CimInstance got = instance(xml);
+        const CimInstance got = instanceOf(xml);
         if (!got)
             return "failed: " + status.message();
         const std::string all = show(got.get());
@@ -43,62 +40,51 @@ protected:
     }
     std::string invoke(const std::string& returned, CMPIArgs* out = nullptr) {
         server.methodReturns(returned);
-        return show(CimData(client->ft->invokeMethod(client.get(), name.get(), "Run", nullptr, out,
-                                                     status.out()))
-                        .get());
+        return show(CimData(table().invokeMethod(c(), op(), "Run", nullptr, out, rc())).get());
     }
 };
 
 TEST_F(Replies, WithNamesGivePathsWithoutNameSpace) {
-    EXPECT_EQ(names(instanceName("A", "1") + "\n" + instanceName("B", "x y")),
+    EXPECT_EQ(namesIn(instanceName("A", "1") + "\n" + instanceName("B", "x y")),
               "A.K=\"1\"\nB.K=\"x y\"\n");
     server.returns(instanceName("A", "1"));
-    const CimEnumeration list(
-        client->ft->enumInstanceNames(client.get(), name.get(), status.out()));
+    const CimEnumeration list = names();
     const CMPIData first = CMGetNext(list.get(), nullptr);
     EXPECT_EQ(CimString(CMGetNameSpace(first.value.ref, nullptr))->hdl, nullptr);
     EXPECT_EQ(first.type, CMPI_ref);
 }
 
 TEST_F(Replies, WithKeysKeepTheirTypesAndDecodeTheirText) {
-    server.returns(
-        "<INSTANCENAME CLASSNAME=\"C\">"
-        "<KEYBINDING NAME=\"T\"><KEYVALUE VALUETYPE=\"string\"> a&lt;&amp;&quot;&#65;&#x42;"
-        "&#228; </KEYVALUE></KEYBINDING>"
-        "<KEYBINDING NAME=\"None\"><KEYVALUE VALUETYPE=\"string\" /></KEYBINDING>"
-        "<KEYBINDING NAME=\"Empty\"><KEYVALUE></KEYVALUE></KEYBINDING>"
-        "<KEYBINDING NAME=\"U\"><KEYVALUE VALUETYPE=\"numeric\">18446744073709551615"
-        "</KEYVALUE></KEYBINDING>"
-        "<KEYBINDING NAME=\"S\"><KEYVALUE VALUETYPE=\"numeric\" TYPE=\"uint8\">+7"
-        "</KEYVALUE></KEYBINDING>"
-        "<KEYBINDING NAME=\"M\"><KEYVALUE VALUETYPE=\"numeric\">-7</KEYVALUE></KEYBINDING>"
-        "<KEYBINDING NAME=\"Hex\"><KEYVALUE VALUETYPE=\"numeric\">0x1F</KEYVALUE>"
-        "</KEYBINDING>"
-        "<KEYBINDING NAME=\"Real\"><KEYVALUE VALUETYPE=\"numeric\">1.5</KEYVALUE>"
-        "</KEYBINDING>"
-        "<KEYBINDING NAME=\"Yes\"><KEYVALUE VALUETYPE=\"boolean\">TRUE</KEYVALUE>"
-        "</KEYBINDING>"
-        "<KEYBINDING NAME=\"No\"><KEYVALUE VALUETYPE=\"boolean\">False</KEYVALUE>"
-        "</KEYBINDING>"
-        "<KEYBINDING NAME=\"yes\"><KEYVALUE>twice</KEYVALUE></KEYBINDING>"
-        "</INSTANCENAME>");
-    const CimPath path(client->ft->createInstance(
-        client.get(), name.get(), CimInstance(native_new_CMPIInstance(name.get(), nullptr)).get(),
-        status.out()));
+    const struct {
+        const char* name;
+        const char* attributes;
+        const char* text;
+        const char* shown;
+    } keys[] = {
+        {"T", "VALUETYPE=\"string\"", " a&lt;&amp;&quot;&#65;&#x42;&#228; ",
+         "1600/0200 ' a<&\"AB\xc3\xa4 '"},
+        {"Empty", "", "", "1600/0200 ''"},
+        {"U", "VALUETYPE=\"numeric\"", "18446744073709551615", "00b0/0200 18446744073709551615"},
+        {"S", "VALUETYPE=\"numeric\" TYPE=\"uint8\"", "+7", "00f0/0200 7"},
+        {"M", "VALUETYPE=\"numeric\"", "-7", "00f0/0200 -7"},
+        {"Hex", "VALUETYPE=\"numeric\"", "0x1F", "00b0/0200 0"},
+        {"Real", "VALUETYPE=\"numeric\"", "1.5", "00b0/0200 1"},
+        {"Yes", "VALUETYPE=\"boolean\"", "TRUE", "0002/0200 true"},
+        {"No", "VALUETYPE=\"boolean\"", "False", "0002/0200 false"}};
+    std::string bindings = "<KEYBINDING NAME=\"None\"><KEYVALUE VALUETYPE=\"string\" />"
+                           "</KEYBINDING>";
+    for (const auto& key : keys)
+        bindings += std::string("<KEYBINDING NAME=\"") + key.name + "\"><KEYVALUE " +
+                    key.attributes + ">" + key.text + "</KEYVALUE></KEYBINDING>";
+    server.returns("<INSTANCENAME CLASSNAME=\"C\">" + bindings +
+                   "<KEYBINDING NAME=\"yes\"><KEYVALUE>twice</KEYVALUE></KEYBINDING>"
+                   "</INSTANCENAME>");
+    const CimPath path(table().createInstance(
+        c(), op(), CimInstance(native_new_CMPIInstance(op(), nullptr)).get(), rc()));
     ASSERT_TRUE(path) << status.message();
-    const auto key = [&path](const char* k) {
-        return show(path->ft->getKey(path.get(), k, nullptr));
-    };
-    EXPECT_EQ(key("T"), "1600/0200 ' a<&\"AB\xc3\xa4 '");
-    EXPECT_EQ(key("None"), "1600/0200 no text");
-    EXPECT_EQ(key("Empty"), "1600/0200 ''");
-    EXPECT_EQ(key("U"), "00b0/0200 18446744073709551615");
-    EXPECT_EQ(key("S"), "00f0/0200 7");
-    EXPECT_EQ(key("M"), "00f0/0200 -7");
-    EXPECT_EQ(key("Hex"), "00b0/0200 0");
-    EXPECT_EQ(key("Real"), "00b0/0200 1");
-    EXPECT_EQ(key("Yes"), "0002/0200 true");
-    EXPECT_EQ(key("No"), "0002/0200 false");
+    for (const auto& key : keys)
+        EXPECT_EQ(show(path->ft->getKey(path.get(), key.name, nullptr)), key.shown);
+    EXPECT_EQ(show(path->ft->getKey(path.get(), "None", nullptr)), "1600/0200 no text");
     EXPECT_EQ(path->ft->getKeyCount(path.get(), nullptr), 10U);
 }
 
@@ -110,10 +96,9 @@ TEST_F(Replies, SendKeysBackAsTheyCame) {
                              "</KEYVALUE></INSTANCENAME></VALUE.REFERENCE></KEYBINDING>"
                              "</INSTANCENAME>";
     server.returns(kept);
-    const CimEnumeration list(
-        client->ft->enumInstanceNames(client.get(), name.get(), status.out()));
+    const CimEnumeration list = names();
     ASSERT_TRUE(list) << status.message();
-    status = client->ft->deleteInstance(client.get(), CMGetNext(list.get(), nullptr).value.ref);
+    status = table().deleteInstance(c(), CMGetNext(list.get(), nullptr).value.ref);
     EXPECT_NE(server.call(1).find(kept), std::string::npos) << server.call(1);
 }
 
@@ -121,16 +106,12 @@ TEST_F(Replies, WithPathsKeepTheNameSpaceAndDropTheHost) {
     server.returns("<OBJECTPATH><INSTANCEPATH>" + location + instanceName("A", "1") +
                    "</INSTANCEPATH></OBJECTPATH><OBJECTPATH><CLASSPATH>" + location +
                    "<CLASSNAME NAME=\"B\"/></CLASSPATH></OBJECTPATH>");
-    EXPECT_EQ(
-        show(CimEnumeration(client->ft->associatorNames(client.get(), name.get(), nullptr, nullptr,
-                                                        nullptr, nullptr, status.out()))
-                 .get()),
-        "root/zorm:A.K=\"1\"\nroot/zorm:B\n");
+    EXPECT_EQ(show(CimEnumeration(
+                       table().associatorNames(c(), op(), nullptr, nullptr, nullptr, nullptr, rc()))
+                       .get()),
+              "root/zorm:A.K=\"1\"\nroot/zorm:B\n");
     server.returns("<CLASSNAME NAME=\"A\"/><CLASSNAME NAME=\"B\"/>");
-    EXPECT_EQ(
-        show(CimEnumeration(client->ft->enumClassNames(client.get(), name.get(), 0, status.out()))
-                 .get()),
-        "A\nB\n");
+    EXPECT_EQ(show(CimEnumeration(table().enumClassNames(c(), op(), 0, rc())).get()), "A\nB\n");
 }
 
 TEST_F(Replies, ThatReturnNothingAreEmptyListsOrDoneInBothForms) {
@@ -141,58 +122,58 @@ TEST_F(Replies, ThatReturnNothingAreEmptyListsOrDoneInBothForms) {
           "</IMETHODRESPONSE>"}) {
         for (int i = 0; i < 5; ++i)
             server.replyXml(replyMessage(empty));
-        const CimEnumeration list(
-            client->ft->referenceNames(client.get(), name.get(), nullptr, nullptr, status.out()));
+        const CimEnumeration list(table().referenceNames(c(), op(), nullptr, nullptr, rc()));
         ASSERT_TRUE(list) << empty;
         EXPECT_TRUE(status.ok());
         EXPECT_FALSE(CMHasNext(list.get(), nullptr));
         EXPECT_EQ(CMGetArrayType(CMToArray(list.get(), nullptr), nullptr), CMPI_null);
-        status = client->ft->deleteInstance(client.get(), name.get());
+        status = table().deleteInstance(c(), op());
         EXPECT_TRUE(status.ok()) << empty;
-        const CimInstance made(native_new_CMPIInstance(name.get(), nullptr));
-        status = client->ft->setInstance(client.get(), name.get(), made.get(), 0, nullptr);
+        const CimInstance made(native_new_CMPIInstance(op(), nullptr));
+        status = table().setInstance(c(), op(), made.get(), 0, nullptr);
         EXPECT_TRUE(status.ok()) << empty;
-        EXPECT_EQ(client->ft->createInstance(client.get(), name.get(), made.get(), status.out()),
-                  nullptr);
+        EXPECT_EQ(table().createInstance(c(), op(), made.get(), rc()), nullptr);
         EXPECT_TRUE(status.ok()) << empty;
-        EXPECT_FAILS(client->ft->getInstance(client.get(), name.get(), 0, nullptr, status.out()), 1,
-                     "The reply holds no object");
+        EXPECT_FAILS(instance(), 1, "The reply holds no object");
     }
 }
 
 TEST_F(Replies, WithAnInstanceTakePathAndKeysFromTheRequest) {
-    const CimInstance got = instance(property("name", "string", "<VALUE>y</VALUE>") +
-                                     property("Caption", "string", "<VALUE>c</VALUE>"));
+    const CimInstance got = instanceOf(property("name", "string", "<VALUE>y</VALUE>") +
+                                       property("Caption", "string", "<VALUE>c</VALUE>"));
     ASSERT_TRUE(got) << status.message();
     EXPECT_EQ(show(got.get()), "Name=1600/0200 'y'\nCaption=1600/0000 'c'\n");
     EXPECT_EQ(show(CimPath(CMGetObjectPath(got.get(), nullptr)).get()),
               "root/cimv2:CIM_Thing.Name=\"y\"");
 }
 
-TEST_F(Replies, WithNumbersReadThemByTheirDeclaredType) {
-    EXPECT_EQ(properties(property("A", "uint8", "<VALUE>255</VALUE>") +
-                         property("B", "UINT32", "<VALUE> 4294967295\n</VALUE>") +
-                         property("C", "sint8", "<VALUE>-128</VALUE>") +
-                         property("D", "sint64", "<VALUE>-9223372036854775808</VALUE>") +
-                         property("E", "uint16", "<VALUE>0x1F</VALUE>") +
-                         property("F", "real32", "<VALUE>3.2500000e+00</VALUE>") +
-                         property("G", "real64", "<VALUE>1.2345678000000000e+03</VALUE>") +
-                         property("H", "sint16", "<VALUE>+12</VALUE>")),
-              "A=0080/0000 255\nB=00a0/0000 4294967295\nC=00c0/0000 -128\n"
-              "D=00f0/0000 -9223372036854775808\nE=0090/0000 31\nF=0008/0000 3.25\n"
-              "G=000c/0000 1234.57\nH=00d0/0000 12\n");
-}
-
-TEST_F(Replies, WithNumbersThatCannotBeReadGiveNothingElseThanZero) {
-    EXPECT_EQ(properties(property("A", "uint8", "<VALUE>256</VALUE>") +
-                         property("B", "uint32", "<VALUE>-1</VALUE>") +
-                         property("C", "uint32", "<VALUE>4294967296</VALUE>") +
-                         property("D", "sint16", "<VALUE>12 apples</VALUE>") +
-                         property("E", "real64", "<VALUE>one</VALUE>") +
-                         property("F", "uint64", "<VALUE>99999999999999999999</VALUE>") +
-                         property("G", "sint32", "<VALUE>+-1</VALUE>")),
-              "A=0080/0000 0\nB=00a0/0000 0\nC=00a0/0000 0\nD=00d0/0000 0\nE=000c/0000 0\n"
-              "F=00b0/0000 0\nG=00e0/0000 0\n");
+TEST_F(Replies, WithNumbersReadThemByTheirTypeAndGiveZeroForWhatIsNone) {
+    const struct {
+        const char* type;
+        const char* text;
+        const char* shown;
+    } cases[] = {{"uint8", "255", "0080/0000 255"},
+                 {"UINT32", " 4294967295\n", "00a0/0000 4294967295"},
+                 {"sint8", "-128", "00c0/0000 -128"},
+                 {"sint64", "-9223372036854775808", "00f0/0000 -9223372036854775808"},
+                 {"uint16", "0x1F", "0090/0000 31"},
+                 {"real32", "3.2500000e+00", "0008/0000 3.25"},
+                 {"real64", "1.2345678000000000e+03", "000c/0000 1234.57"},
+                 {"sint16", "+12", "00d0/0000 12"},
+                 {"uint8", "256", "0080/0000 0"},
+                 {"uint32", "-1", "00a0/0000 0"},
+                 {"uint32", "4294967296", "00a0/0000 0"},
+                 {"sint16", "12 apples", "00d0/0000 0"},
+                 {"real64", "one", "000c/0000 0"},
+                 {"uint64", "99999999999999999999", "00b0/0000 0"},
+                 {"sint32", "+-1", "00e0/0000 0"}};
+    std::string xml, expected;
+    for (const auto& c : cases) {
+        const std::string named = "P" + std::to_string(&c - cases);
+        xml += property(named, c.type, "<VALUE>" + std::string(c.text) + "</VALUE>");
+        expected += named + "=" + c.shown + "\n";
+    }
+    EXPECT_EQ(properties(xml), expected);
 }
 
 TEST_F(Replies, WithoutAValueAreNullAndWithAnEmptyOneEmptyText) {
@@ -232,8 +213,8 @@ TEST_F(Replies, WithBooleansCharactersAndDatesReadThem) {
                          property("E", "datetime", "<VALUE>20240131123456.654321+060</VALUE>")),
               "A=0002/0000 false\nB=0002/0000 true\nC=0003/0000 65\nD=0003/0000 8364\n"
               "E=1800/0000 20240131123456.654321+060\n");
-    const CimInstance got = instance(property("B", "boolean", "<VALUE>TRUE</VALUE>") +
-                                     property("D", "datetime", "<VALUE>tomorrow</VALUE>"));
+    const CimInstance got = instanceOf(property("B", "boolean", "<VALUE>TRUE</VALUE>") +
+                                       property("D", "datetime", "<VALUE>tomorrow</VALUE>"));
     EXPECT_EQ(CMGetProperty(got.get(), "B", nullptr).value.boolean, 1);
     EXPECT_EQ(CMGetProperty(got.get(), "D", nullptr).value.dateTime, nullptr);
     EXPECT_EQ(CMGetProperty(got.get(), "D", nullptr).state, CMPI_goodValue);
@@ -254,7 +235,7 @@ TEST_F(Replies, WithReferencesTakeTheNameSpaceThatTheyName) {
                "</VALUE.REFERENCE></PROPERTY.REFERENCE>";
     };
     const std::string local = "<LOCALNAMESPACEPATH><NAMESPACE NAME=\"a\"/></LOCALNAMESPACEPATH>";
-    const CimInstance got = instance(
+    const CimInstance got = instanceOf(
         reference("A", "<INSTANCEPATH>" + location + instanceName("C", "1") + "</INSTANCEPATH>") +
         reference("B",
                   "<LOCALINSTANCEPATH>" + local + instanceName("C", "2") + "</LOCALINSTANCEPATH>") +
@@ -295,22 +276,22 @@ TEST_F(Replies, WithManyInstancesGiveEachItsOwnPath) {
     };
     server.returns("<VALUE.NAMEDINSTANCE>" + instanceName("A", "1") + content +
                    "</VALUE.NAMEDINSTANCE>");
-    EXPECT_EQ(paths(client->ft->enumInstances(client.get(), name.get(), 0, nullptr, status.out())),
+    EXPECT_EQ(paths(table().enumInstances(c(), op(), 0, nullptr, rc())),
               "root/cimv2:A.K=\"1\" K=1600/0200 '1'\nP=0080/0000 3\n");
     server.returns("<VALUE.OBJECTWITHPATH><INSTANCEPATH>" + location + instanceName("A", "1") +
                    "</INSTANCEPATH>" + content + "</VALUE.OBJECTWITHPATH>");
-    EXPECT_EQ(paths(client->ft->associators(client.get(), name.get(), nullptr, nullptr, nullptr,
-                                            nullptr, 0, nullptr, status.out())),
-              "root/zorm:A.K=\"1\" K=1600/0200 '1'\nP=0080/0000 3\n");
+    EXPECT_EQ(
+        paths(table().associators(c(), op(), nullptr, nullptr, nullptr, nullptr, 0, nullptr, rc())),
+        "root/zorm:A.K=\"1\" K=1600/0200 '1'\nP=0080/0000 3\n");
     server.returns("<VALUE.OBJECT>" + content + "</VALUE.OBJECT>");
-    EXPECT_EQ(paths(client->ft->execQuery(client.get(), name.get(), "q", "WQL", status.out())),
+    EXPECT_EQ(paths(table().execQuery(c(), op(), "q", "WQL", rc())),
               "root/cimv2:A K=1600/0000 '1'\nP=0080/0000 3\n");
 }
 
 TEST_F(Replies, WithQualifiersOnInstancesKeepThem) {
     const std::string quoted = "<QUALIFIER NAME=\"Q\" TYPE=\"string\"><VALUE>a &amp; b</VALUE>"
                                "</QUALIFIER>";
-    const CimInstance got = instance(quoted + property("P", "uint8", quoted));
+    const CimInstance got = instanceOf(quoted + property("P", "uint8", quoted));
     ASSERT_TRUE(got) << status.message();
     EXPECT_EQ(show(got->ft->getQualifier(got.get(), "q", nullptr)), "1600/0000 'a & b'");
     EXPECT_EQ(show(got->ft->getPropertyQualifier(got.get(), "p", "Q", nullptr)),
@@ -376,12 +357,10 @@ TEST_F(Replies, OfMethodsThatReturnNothingAreNoFailure) {
 
 TEST_F(Replies, WithOnePropertyGuessItsType) {
     server.returns("<VALUE>-40</VALUE>");
-    const CimData reading(
-        client->ft->getProperty(client.get(), name.get(), "Temperature", status.out()));
+    const CimData reading(table().getProperty(c(), op(), "Temperature", rc()));
     EXPECT_EQ(show(reading.get()), "00f0/0000 -40");
     server.returns("");
-    EXPECT_EQ(show(client->ft->getProperty(client.get(), name.get(), "Null", status.out())),
-              "0000/0100 null");
+    EXPECT_EQ(show(table().getProperty(c(), op(), "Null", rc())), "0000/0100 null");
     EXPECT_TRUE(status.ok());
 }
 
@@ -397,11 +376,7 @@ TEST_F(Replies, MayHaveWhatOtherServersWriteAroundThem) {
          {message, "<!DOCTYPE CIM SYSTEM \"cim.dtd\" [<!ENTITY e \"x\">]>" + message,
           "\xef\xbb\xbf<?xml version='1.0'?><!-- hello -->" + message + "\n<!-- bye -->"}) {
         server.replyXml(xml);
-        EXPECT_EQ(show(CimEnumeration(
-                           client->ft->enumInstanceNames(client.get(), name.get(), status.out()))
-                           .get()),
-                  "A.K=\"1\"\n")
-            << status.message();
+        EXPECT_EQ(show(names().get()), "A.K=\"1\"\n") << status.message();
     }
 }
 
@@ -411,8 +386,7 @@ TEST_F(Replies, WithFortyThousandNamesAreReadQuickly) {
         all += instanceName("CIM_LogEntry", std::to_string(i)) + "\n";
     server.returns(all);
     const auto begin = std::chrono::steady_clock::now();
-    const CimEnumeration list(
-        client->ft->enumInstanceNames(client.get(), name.get(), status.out()));
+    const CimEnumeration list = names();
     const auto took = std::chrono::steady_clock::now() - begin;
     ASSERT_TRUE(list) << status.message();
     EXPECT_EQ(CMGetArrayCount(CMToArray(list.get(), nullptr), nullptr), 40000U);
@@ -444,8 +418,7 @@ protected:
             "<PARAMETER.REFERENCE NAME=\"Ref\" REFERENCECLASS=\"C\"/>"
             "<PARAMETER.REFARRAY NAME=\"Refs\" REFERENCECLASS=\"C\"/></METHOD>"
             "<METHOD NAME=\"V\"/></CLASS>");
-        cls.reset(client->ft->getClass(client.get(), name.get(), CMPI_FLAG_IncludeQualifiers,
-                                       nullptr, status.out()));
+        cls.reset(table().getClass(c(), op(), CMPI_FLAG_IncludeQualifiers, nullptr, rc()));
         if (cls)
             cls.reset(CMClone(cls.get(), nullptr));
     }
@@ -500,25 +473,25 @@ TEST_F(ClassReplies, SayWhatIsMissingWithTheCodeOfEachList) {
         EXPECT_EQ(show(data), "0000/0100 null");
         return static_cast<int>(status.rc());
     };
-    EXPECT_EQ(code(c->ft->getProperty(c, "x", status.out())), 12);
-    EXPECT_EQ(code(c->ft->getPropertyAt(c, 3, nullptr, status.out())), 12);
-    EXPECT_EQ(code(c->ft->getQualifier(c, "x", status.out())), 1);
-    EXPECT_EQ(code(c->ft->getQualifierAt(c, 1, nullptr, status.out())), 12);
-    EXPECT_EQ(code(c->ft->getPropertyQualifier(c, "P", "x", status.out())), 1);
-    EXPECT_EQ(code(c->ft->getPropertyQualifier(c, "x", "Key", status.out())), 12);
-    EXPECT_EQ(code(c->ft->getMethod(c, "x", status.out())), 1);
-    EXPECT_EQ(code(c->ft->getMethodAt(c, 2, nullptr, status.out())), 17);
-    EXPECT_EQ(code(c->ft->getMethodParameter(c, "M", "x", status.out())), 1);
-    EXPECT_EQ(code(c->ft->getMethodParameterAt(c, "M", 4, nullptr, status.out())), 6);
-    EXPECT_EQ(code(c->ft->getMethodParameter(c, "x", "In", status.out())), 17);
-    EXPECT_EQ(code(c->ft->getMethodQualifier(c, "x", "Q", status.out())), 17);
-    EXPECT_EQ(c->ft->getMethodParameterCount(c, "x", status.out()), 0U);
+    EXPECT_EQ(code(c->ft->getProperty(c, "x", rc())), 12);
+    EXPECT_EQ(code(c->ft->getPropertyAt(c, 3, nullptr, rc())), 12);
+    EXPECT_EQ(code(c->ft->getQualifier(c, "x", rc())), 1);
+    EXPECT_EQ(code(c->ft->getQualifierAt(c, 1, nullptr, rc())), 12);
+    EXPECT_EQ(code(c->ft->getPropertyQualifier(c, "P", "x", rc())), 1);
+    EXPECT_EQ(code(c->ft->getPropertyQualifier(c, "x", "Key", rc())), 12);
+    EXPECT_EQ(code(c->ft->getMethod(c, "x", rc())), 1);
+    EXPECT_EQ(code(c->ft->getMethodAt(c, 2, nullptr, rc())), 17);
+    EXPECT_EQ(code(c->ft->getMethodParameter(c, "M", "x", rc())), 1);
+    EXPECT_EQ(code(c->ft->getMethodParameterAt(c, "M", 4, nullptr, rc())), 6);
+    EXPECT_EQ(code(c->ft->getMethodParameter(c, "x", "In", rc())), 17);
+    EXPECT_EQ(code(c->ft->getMethodQualifier(c, "x", "Q", rc())), 17);
+    EXPECT_EQ(c->ft->getMethodParameterCount(c, "x", rc()), 0U);
     EXPECT_EQ(status.rc(), 17);
 }
 
 TEST_F(ClassReplies, InAListAreClonedWithTheList) {
     server.returns("<CLASS NAME=\"A\"/><CLASS NAME=\"B\"/>");
-    CimEnumeration list(client->ft->enumClasses(client.get(), name.get(), 0, status.out()));
+    CimEnumeration list(table().enumClasses(c(), op(), 0, rc()));
     ASSERT_TRUE(list) << status.message();
     list.reset(CMClone(list.get(), nullptr));
     std::string classes;
