@@ -55,19 +55,6 @@ TEST_F(Connections, ToNowhereAreRefusedWithTheReason) {
               nullptr);
 }
 
-TEST_F(Connections, TellWhatTheClientIsConnectedTo) {
-    StandIn server;
-    const CimClient client(
-        cmciConnect("127.0.0.1", nullptr, server.port().c_str(), "me", nullptr, status.out()));
-    ASSERT_TRUE(client);
-    EXPECT_TRUE(status.ok());
-    const auto* data = static_cast<const CMCIClientData*>(client->hdl);
-    EXPECT_STREQ(data->hostName, "127.0.0.1");
-    EXPECT_STREQ(data->scheme, "http");
-    EXPECT_STREQ(data->port, server.port().c_str());
-    EXPECT_STREQ(data->user, "me");
-}
-
 TEST_F(Connections, AreKeptAndSharedByTheClientsOfOneUser) {
     StandIn server;
     prepareReplies(server, 5);
@@ -148,28 +135,20 @@ TEST_F(Connections, ThatAreKeptCountAsAnAnswerButNotWhenTheServerIsGone) {
     EXPECT_EQ(outcome(status), (Outcome{1, "Couldn't connect to server"}));
 }
 
-TEST_F(Connections, WithASilentServerEndWithTheIdleLimit) {
-    cimclient::Limits limits;
-    limits.idle = std::chrono::seconds(1);
-    cimclient::setLimits(limits);
-    StandIn server;
-    server.staySilent();
-    const CimClient client = connect(server.port());
-    const auto begin = std::chrono::steady_clock::now();
-    EXPECT_FALSE(call(client));
-    EXPECT_EQ(outcome(status), (Outcome{1, "Timeout was reached"}));
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
-    EXPECT_EQ(server.requestCount(), 1U);
-}
-
-TEST_F(Connections, WithASlowServerEndWithTheLimitOfTheOperation) {
-    cimclient::Limits limits;
-    limits.operation = std::chrono::milliseconds(200);
-    cimclient::setLimits(limits);
-    StandIn server;
-    server.staySilent();
-    EXPECT_FALSE(call(connect(server.port())));
-    EXPECT_EQ(outcome(status), (Outcome{1, "Timeout was reached"}));
+TEST_F(Connections, WithASilentServerEndWithTheIdleLimitOrTheOperations) {
+    cimclient::Limits idle, operation;
+    idle.idle = std::chrono::seconds(1);
+    operation.operation = std::chrono::milliseconds(200);
+    for (const cimclient::Limits& limits : {idle, operation}) {
+        cimclient::setLimits(limits);
+        StandIn server;
+        server.staySilent();
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_FALSE(call(connect(server.port())));
+        EXPECT_EQ(outcome(status), (Outcome{1, "Timeout was reached"}));
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+        EXPECT_EQ(server.requestCount(), 1U);
+    }
 }
 
 TEST_F(Connections, GoThroughAUnixSocketWhenThePortIsAPath) {

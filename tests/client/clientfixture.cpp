@@ -88,9 +88,12 @@ CimPath newPath(const char* nameSpace, const char* className) {
     return CimPath(newCMPIObjectPath(nameSpace, className, nullptr));
 }
 
+CMPIValue* chars(const char* text) {
+    return reinterpret_cast<CMPIValue*>(const_cast<char*>(text));
+}
+
 void addTextKey(CMPIObjectPath* path, const char* name, const char* value) {
-    path->ft->addKey(path, name, reinterpret_cast<CMPIValue*>(const_cast<char*>(value)),
-                     CMPI_chars);
+    path->ft->addKey(path, name, chars(value), CMPI_chars);
 }
 
 CimPath thing() {

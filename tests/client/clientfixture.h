@@ -34,6 +34,8 @@ std::string show(CMPIArgs* args);
 // Every element, one a line; paths and instances by show().
 std::string show(CMPIEnumeration* enumeration);
 
+// Text as a value of the type CMPI_chars.
+CMPIValue* chars(const char* text);
 CimPath newPath(const char* nameSpace, const char* className);
 void addTextKey(CMPIObjectPath* path, const char* name, const char* value);
 

@@ -5,10 +5,6 @@ using namespace velmora_clp;
 
 namespace {
 
-CMPIValue* chars(const char* text) {
-    return reinterpret_cast<CMPIValue*>(const_cast<char*>(text));
-}
-
 CMPIValue number(CMPIUint32 value) {
     CMPIValue made{};
     made.uint32 = value;

@@ -34,10 +34,6 @@ std::string text(const std::string& name, const std::string& value) {
 
 const std::string objectName = parameter("ObjectName", thingName);
 
-CMPIValue* chars(const char* value) {
-    return reinterpret_cast<CMPIValue*>(const_cast<char*>(value));
-}
-
 // Every call fails for want of a reply; what counts is what was sent.
 class Requests : public WithServer {
 protected:

@@ -1,22 +1,17 @@
 // Target addresses as typed: whatever comes in is refused, or comes into a normal form that stays
 // what it is, has no empty term, and takes apart into tags and suffixes. The first line is the
 // default target, the rest what was typed.
+#include "tests/fuzz/require.h"
 #include "velclp/addrpath.h"
 
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 namespace {
 
 using velmora_clp::CLPAddrpath;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 void checkTerm(const CLPAddrpath& path, const std::string& term, bool last) {
     require(!term.empty() && std::isalpha(static_cast<unsigned char>(term.front())) != 0);

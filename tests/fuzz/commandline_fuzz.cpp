@@ -1,5 +1,6 @@
 // Any bytes as a command line: it ends in a parsed command or in one processing error of the
 // language, the tab key gives an answer, and the next line is parsed as if it were the first.
+#include "tests/fuzz/require.h"
 #include "velclp/parser.h"
 #include "velclp/processingerror.h"
 #include "velclp/token.h"
@@ -7,7 +8,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
 // A line feed in a line goes to the scanner's output stream.
@@ -26,11 +26,6 @@ struct Parsed {
     ProcessingError error;
     int result;
 };
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 bool isLanguageError(ProcessingError::error code) {
     switch (code) {

@@ -3,20 +3,15 @@
 #include "simulator/cimxmlwriter.h"
 #include "simulator/modelcontrol.h"
 #include "simulator/mof.h"
+#include "tests/fuzz/require.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 namespace {
 
 using namespace velclp_sim;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 Shown everything() {
     Shown shown;

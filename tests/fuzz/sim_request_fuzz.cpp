@@ -4,23 +4,18 @@
 #include "simulator/cimxmlreader.h"
 #include "simulator/mofloader.h"
 #include "simulator/providerset.h"
+#include "tests/fuzz/require.h"
 
 #include <pugixml.hpp>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
 namespace {
 
 using namespace velclp_sim;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 /// The sample controller and its providers, without a server and without a session database.
 struct Controller {

@@ -1,10 +1,10 @@
 // Any bytes as a help topic file, asked for any topic (the first line) and for every word in
 // braces: a text stands in the file as it is given, and holds no other topic's head.
+#include "tests/fuzz/require.h"
 #include "velclp/clpman.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <sstream>
 #include <string>
 
@@ -12,11 +12,6 @@
 #include <unistd.h>
 
 namespace {
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 void ask(const std::string& topic, const std::string& file) {
     std::string text = "of the last topic";

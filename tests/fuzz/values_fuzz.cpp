@@ -2,6 +2,7 @@
 // value whose text, typed again, makes the same value again.
 #include "mapping/cimvalue.h"
 #include "output/propvalue.h"
+#include "tests/fuzz/require.h"
 #include "tests/unit/fake_cim.h"
 
 #include <cctype>
@@ -21,11 +22,6 @@ const CMPIType TYPES[] = {CMPI_string, CMPI_boolean, CMPI_uint8,   CMPI_uint16, 
 constexpr unsigned int MOST_ELEMENTS = 4096;
 constexpr unsigned int ARRAY = 1;
 constexpr unsigned int NAMED = 2;
-
-void require(bool holds) {
-    if (!holds)
-        std::abort();
-}
 
 // A class with one property for each type, each array type, and both with display texts.
 CimClass makeClass() {

@@ -79,8 +79,6 @@ protected:
         m_admin = &m_server.add({"ZORM_AdminDomain", {{"Name", "root"}}, {}});
     }
 
-    CLPAddrSVC service() { return CLPAddrSVC(m_server.client()); }
-
     fakecim::Object& addSystem(const std::string& name,
                                std::map<std::string, fakecim::Value> properties = {}) {
         fakecim::Object& object =
