@@ -43,5 +43,8 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/velclp-config.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/velclp-config-version.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/velclp)
+file(RELATIVE_PATH pc_to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH prefix_to_lib ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH prefix_to_include ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(cmake/velclp.pc.in velclp.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velclp.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
