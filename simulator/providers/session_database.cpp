@@ -137,7 +137,7 @@ ObjectPath RowMirror::show(std::uint64_t ticket, std::int64_t id, const SessionD
 ObjectPath RowMirror::add(std::uint64_t ticket, std::int64_t id, const SessionDatabase::Row& row) {
     const ObjectPath owner = ownerOf(services_.repository, nameSpace, shape_.ownerClass);
     Instance instance = draw(id, row, owner);
-    const ObjectPath path = services_.repository.canonical(instance.path());
+    ObjectPath path = services_.repository.canonical(instance.path());
     // Another thread may have met the same row; whoever comes second finds things done.
     try {
         services_.repository.add(std::move(instance));

@@ -227,7 +227,7 @@ private:
 
     ObjectPath begin(const ObjectPath& service, const ObjectPath& target, const Image& image) {
         Repository& repository = services_.repository;
-        const ObjectPath path = addJob(service.nameSpace(), image);
+        ObjectPath path = addJob(service.nameSpace(), image);
         join(repository, "ZORM_AffectedJobElement", {"OwningElement", service},
              {"OwnedElement", path});
         const InstancePtr system = repository.find(target);

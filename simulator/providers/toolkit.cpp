@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int64_t second = 1000000;
 constexpr std::int64_t minute = 60 * second;
-constexpr std::int64_t day = 24 * 60 * minute;
+constexpr std::int64_t day = 24 * (60 * minute);
 
 /// The decimal number at the place; -1 when it holds anything but digits.
 std::int64_t digits(const std::string& text, std::size_t at, std::size_t count) {
