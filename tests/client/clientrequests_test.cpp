@@ -24,6 +24,13 @@ std::string flag(const std::string& name, bool set) {
     return parameter(name, set ? "<VALUE>TRUE</VALUE>" : "<VALUE>FALSE</VALUE>");
 }
 
+std::string unset(std::initializer_list<const char*> names) {
+    std::string all;
+    for (const char* name : names)
+        all += flag(name, false);
+    return all;
+}
+
 std::string className(const std::string& parameterName, const std::string& cls) {
     return parameter(parameterName, "<CLASSNAME NAME=\"" + cls + "\"/>");
 }
@@ -32,11 +39,19 @@ std::string text(const std::string& name, const std::string& value) {
     return parameter(name, "<VALUE>" + value + "</VALUE>");
 }
 
+const std::string ofThing = className("ClassName", "CIM_Thing");
+const std::string instanceName = parameter("InstanceName", thingName);
 const std::string objectName = parameter("ObjectName", thingName);
 
 // Every call fails for want of a reply; what counts is what was sent.
 class Requests : public WithServer {
 protected:
+    // The next request is this call.
+    void expectSent(const std::string& operation, const std::string& parameters) {
+        EXPECT_EQ(server.call(sent++), intrinsic(operation, parameters));
+    }
+
+    std::size_t sent = 0;
     char first[5] = "Name";
     char second[8] = "Caption";
     char* properties[3] = {first, second, nullptr};
@@ -62,8 +77,7 @@ TEST_F(Requests, ArePostedWithTheHeadersOfCimXmlAndNoOthers) {
             "\r\n"
             "<?xml version=\"1.0\" encoding=\"utf-8\"?><CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\">"
             "<MESSAGE ID=\"4711\" PROTOCOLVERSION=\"1.0\"><SIMPLEREQ>" +
-            intrinsic("EnumerateInstanceNames", className("ClassName", "CIM_Thing")) +
-            "</SIMPLEREQ></MESSAGE></CIM>");
+            intrinsic("EnumerateInstanceNames", ofThing) + "</SIMPLEREQ></MESSAGE></CIM>");
 }
 
 TEST_F(Requests, CarryTheUserWithAnEmptyPasswordAsWell) {
@@ -82,83 +96,62 @@ TEST_F(Requests, CarryTheUserWithAnEmptyPasswordAsWell) {
 
 TEST_F(Requests, OfClassesSendEveryFlagAndThePropertyListWhenThereIsOne) {
     table().getClass(c(), op(), 0, nullptr, rc());
-    EXPECT_EQ(server.call(0),
-              intrinsic("GetClass", flag("LocalOnly", false) + flag("IncludeClassOrigin", false) +
-                                        flag("IncludeQualifiers", false) +
-                                        className("ClassName", "CIM_Thing")));
+    expectSent("GetClass",
+               unset({"LocalOnly", "IncludeClassOrigin", "IncludeQualifiers"}) + ofThing);
     table().getClass(
         c(), op(), CMPI_FLAG_LocalOnly | CMPI_FLAG_IncludeQualifiers | CMPI_FLAG_IncludeClassOrigin,
         properties, rc());
-    EXPECT_EQ(server.call(1),
-              intrinsic("GetClass", flag("LocalOnly", true) + flag("IncludeClassOrigin", true) +
-                                        flag("IncludeQualifiers", true) + propertyList +
-                                        className("ClassName", "CIM_Thing")));
+    expectSent("GetClass", flag("LocalOnly", true) + flag("IncludeClassOrigin", true) +
+                               flag("IncludeQualifiers", true) + propertyList + ofThing);
     table().enumClassNames(c(), op(), CMPI_FLAG_DeepInheritance, rc());
-    EXPECT_EQ(server.call(2), intrinsic("EnumerateClassNames", className("ClassName", "CIM_Thing") +
-                                                                   flag("DeepInheritance", true)));
+    expectSent("EnumerateClassNames", ofThing + flag("DeepInheritance", true));
     table().enumClasses(c(), newPath("root/cimv2", "").get(), 0, rc());
-    EXPECT_EQ(server.call(3),
-              intrinsic("EnumerateClasses",
-                        flag("DeepInheritance", false) + flag("LocalOnly", false) +
-                            flag("IncludeQualifiers", false) + flag("IncludeClassOrigin", false)));
+    expectSent("EnumerateClasses",
+               unset({"DeepInheritance", "LocalOnly", "IncludeQualifiers", "IncludeClassOrigin"}));
 }
 
 TEST_F(Requests, OfInstancesNameTheInstanceLast) {
     table().getInstance(c(), op(), CMPI_FLAG_IncludeQualifiers, properties, rc());
-    EXPECT_EQ(server.call(0),
-              intrinsic("GetInstance", flag("LocalOnly", false) +
-                                           flag("IncludeClassOrigin", false) +
-                                           flag("IncludeQualifiers", true) + propertyList +
-                                           parameter("InstanceName", thingName)));
+    expectSent("GetInstance", unset({"LocalOnly", "IncludeClassOrigin"}) +
+                                  flag("IncludeQualifiers", true) + propertyList + instanceName);
     table().enumInstances(c(), op(), CMPI_FLAG_LocalOnly, nullptr, rc());
-    EXPECT_EQ(server.call(1),
-              intrinsic("EnumerateInstances",
-                        className("ClassName", "CIM_Thing") + flag("DeepInheritance", false) +
-                            flag("LocalOnly", true) + flag("IncludeQualifiers", false) +
-                            flag("IncludeClassOrigin", false)));
+    expectSent("EnumerateInstances", ofThing + flag("DeepInheritance", false) +
+                                         flag("LocalOnly", true) +
+                                         unset({"IncludeQualifiers", "IncludeClassOrigin"}));
     status = table().deleteInstance(c(), op());
-    EXPECT_EQ(server.call(2), intrinsic("DeleteInstance", parameter("InstanceName", thingName)));
+    expectSent("DeleteInstance", instanceName);
     table().enumInstanceNames(c(), newPath("root/cimv2", nullptr).get(), rc());
-    EXPECT_EQ(server.call(3), intrinsic("EnumerateInstanceNames", ""));
+    expectSent("EnumerateInstanceNames", "");
 }
 
 TEST_F(Requests, OfAssociationsLeaveOutWhatIsNull) {
     table().associatorNames(c(), op(), "A", "R", "role", "other", rc());
-    EXPECT_EQ(server.call(0),
-              intrinsic("AssociatorNames", objectName + className("AssocClass", "A") +
-                                               className("ResultClass", "R") +
-                                               text("Role", "role") + text("ResultRole", "other")));
+    expectSent("AssociatorNames", objectName + className("AssocClass", "A") +
+                                      className("ResultClass", "R") + text("Role", "role") +
+                                      text("ResultRole", "other"));
     table().associatorNames(c(), op(), nullptr, nullptr, nullptr, nullptr, rc());
-    EXPECT_EQ(server.call(1), intrinsic("AssociatorNames", objectName));
+    expectSent("AssociatorNames", objectName);
     table().referenceNames(c(), op(), "R", "role", rc());
-    EXPECT_EQ(server.call(2),
-              intrinsic("ReferenceNames",
-                        objectName + className("ResultClass", "R") + text("Role", "role")));
+    expectSent("ReferenceNames", objectName + className("ResultClass", "R") + text("Role", "role"));
     table().associators(c(), op(), nullptr, "R", nullptr, nullptr, 0, nullptr, rc());
-    EXPECT_EQ(server.call(3), intrinsic("Associators", objectName + className("ResultClass", "R") +
-                                                           flag("IncludeClassOrigin", false) +
-                                                           flag("IncludeQualifiers", false)));
+    expectSent("Associators", objectName + className("ResultClass", "R") +
+                                  unset({"IncludeClassOrigin", "IncludeQualifiers"}));
     table().references(c(), op(), nullptr, "role", 0, properties, rc());
-    EXPECT_EQ(server.call(4),
-              intrinsic("References", objectName + text("Role", "role") +
-                                          flag("IncludeClassOrigin", false) +
-                                          flag("IncludeQualifiers", false) + propertyList));
+    expectSent("References", objectName + text("Role", "role") +
+                                 unset({"IncludeClassOrigin", "IncludeQualifiers"}) + propertyList);
 }
 
 TEST_F(Requests, OfSinglePropertiesAndQueriesCarryTheirText) {
     CMPIValue value{};
     value.uint16 = 2;
     status = table().setProperty(c(), op(), "EnabledState", &value, CMPI_uint16);
-    EXPECT_EQ(server.call(0), intrinsic("SetProperty", text("PropertyName", "EnabledState") +
-                                                           text("NewValue", "2") +
-                                                           parameter("InstanceName", thingName)));
+    expectSent("SetProperty",
+               text("PropertyName", "EnabledState") + text("NewValue", "2") + instanceName);
     table().getProperty(c(), op(), "A&B", rc());
-    EXPECT_EQ(server.call(1), intrinsic("GetProperty", text("PropertyName", "A&amp;B") +
-                                                           parameter("InstanceName", thingName)));
+    expectSent("GetProperty", text("PropertyName", "A&amp;B") + instanceName);
     table().execQuery(c(), op(), "select * from C where a < 1", "WQL", rc());
-    EXPECT_EQ(server.call(2),
-              intrinsic("ExecQuery", text("QueryLanguage", "WQL") +
-                                         text("Query", "select * from C where a &lt; 1")));
+    expectSent("ExecQuery",
+               text("QueryLanguage", "WQL") + text("Query", "select * from C where a &lt; 1"));
 }
 
 TEST_F(Requests, EscapeKeysInTheBodyAndSendNumbersAndReferencesAsSuch) {
@@ -177,26 +170,23 @@ TEST_F(Requests, EscapeKeysInTheBodyAndSendNumbersAndReferencesAsSuch) {
     there->ft->setNameSpace(there.get(), "");
     name->ft->addKey(op(), "Bare", &value, CMPI_ref);
     status = table().deleteInstance(c(), op());
-    EXPECT_EQ(
-        server.call(),
-        intrinsic(
-            "DeleteInstance",
-            parameter("InstanceName",
-                      "<INSTANCENAME CLASSNAME=\"CIM_&quot;Thing&#10;&quot;\">"
-                      "<KEYBINDING NAME=\"K&lt;1&gt;\"><KEYVALUE VALUETYPE=\"string\">"
-                      "a &lt;b&gt; &amp; &quot;c&apos;&#13;\n\t\xc3\xa4</KEYVALUE></KEYBINDING>"
-                      "<KEYBINDING NAME=\"N\"><KEYVALUE VALUETYPE=\"numeric\">-5</KEYVALUE>"
-                      "</KEYBINDING>"
-                      "<KEYBINDING NAME=\"R\"><KEYVALUE VALUETYPE=\"numeric\">0.1</KEYVALUE>"
-                      "</KEYBINDING>"
-                      "<KEYBINDING NAME=\"B\"><KEYVALUE VALUETYPE=\"boolean\">true</KEYVALUE>"
-                      "</KEYBINDING>"
-                      "<KEYBINDING NAME=\"Located\"><VALUE.REFERENCE><INSTANCEPATH>"
-                      "<NAMESPACEPATH><HOST>localhost</HOST>" +
-                          nameSpacePath + "</NAMESPACEPATH>" + thingName +
-                          "</INSTANCEPATH></VALUE.REFERENCE></KEYBINDING>"
-                          "<KEYBINDING NAME=\"Bare\"><VALUE.REFERENCE>" +
-                          thingName + "</VALUE.REFERENCE></KEYBINDING></INSTANCENAME>")));
+    expectSent("DeleteInstance",
+               parameter("InstanceName",
+                         "<INSTANCENAME CLASSNAME=\"CIM_&quot;Thing&#10;&quot;\">"
+                         "<KEYBINDING NAME=\"K&lt;1&gt;\"><KEYVALUE VALUETYPE=\"string\">"
+                         "a &lt;b&gt; &amp; &quot;c&apos;&#13;\n\t\xc3\xa4</KEYVALUE></KEYBINDING>"
+                         "<KEYBINDING NAME=\"N\"><KEYVALUE VALUETYPE=\"numeric\">-5</KEYVALUE>"
+                         "</KEYBINDING>"
+                         "<KEYBINDING NAME=\"R\"><KEYVALUE VALUETYPE=\"numeric\">0.1</KEYVALUE>"
+                         "</KEYBINDING>"
+                         "<KEYBINDING NAME=\"B\"><KEYVALUE VALUETYPE=\"boolean\">true</KEYVALUE>"
+                         "</KEYBINDING>"
+                         "<KEYBINDING NAME=\"Located\"><VALUE.REFERENCE><INSTANCEPATH>"
+                         "<NAMESPACEPATH><HOST>localhost</HOST>" +
+                             nameSpacePath + "</NAMESPACEPATH>" + thingName +
+                             "</INSTANCEPATH></VALUE.REFERENCE></KEYBINDING>"
+                             "<KEYBINDING NAME=\"Bare\"><VALUE.REFERENCE>" +
+                             thingName + "</VALUE.REFERENCE></KEYBINDING></INSTANCENAME>"));
 }
 
 TEST_F(Requests, WithTextThatXmlCannotCarryFailBeforeAnythingIsSent) {
@@ -399,20 +389,19 @@ TEST_F(NewInstances, AreSentWithClassOfThePathAndWithoutNullProperties) {
     instance->ft->setProperty(instance.get(), "Blank", chars(""), CMPI_chars);
     name->ft->setClassName(op(), "CIM_Other");
     CimPath(table().createInstance(c(), op(), instance.get(), rc()));
-    EXPECT_EQ(server.call(),
-              intrinsic("CreateInstance",
-                        parameter("NewInstance",
-                                  "<INSTANCE CLASSNAME=\"CIM_Other\">" + keys +
-                                      "<PROPERTY NAME=\"State\" TYPE=\"uint16\"><VALUE>2</VALUE>"
-                                      "</PROPERTY><PROPERTY.ARRAY NAME=\"Words\" TYPE=\"string\">"
-                                      "<VALUE.ARRAY><VALUE>a&lt;b&gt;</VALUE><VALUE>NULL</VALUE>"
-                                      "</VALUE.ARRAY></PROPERTY.ARRAY>"
-                                      "<PROPERTY.REFERENCE NAME=\"Ref\"><VALUE.REFERENCE>"
-                                      "<LOCALINSTANCEPATH>" +
-                                      nameSpacePath + thingName +
-                                      "</LOCALINSTANCEPATH></VALUE.REFERENCE></PROPERTY.REFERENCE>"
-                                      "<PROPERTY NAME=\"Blank\" TYPE=\"string\"><VALUE></VALUE>"
-                                      "</PROPERTY></INSTANCE>")));
+    expectSent(
+        "CreateInstance",
+        parameter("NewInstance", "<INSTANCE CLASSNAME=\"CIM_Other\">" + keys +
+                                     "<PROPERTY NAME=\"State\" TYPE=\"uint16\"><VALUE>2</VALUE>"
+                                     "</PROPERTY><PROPERTY.ARRAY NAME=\"Words\" TYPE=\"string\">"
+                                     "<VALUE.ARRAY><VALUE>a&lt;b&gt;</VALUE><VALUE>NULL</VALUE>"
+                                     "</VALUE.ARRAY></PROPERTY.ARRAY>"
+                                     "<PROPERTY.REFERENCE NAME=\"Ref\"><VALUE.REFERENCE>"
+                                     "<LOCALINSTANCEPATH>" +
+                                     nameSpacePath + thingName +
+                                     "</LOCALINSTANCEPATH></VALUE.REFERENCE></PROPERTY.REFERENCE>"
+                                     "<PROPERTY NAME=\"Blank\" TYPE=\"string\"><VALUE></VALUE>"
+                                     "</PROPERTY></INSTANCE>"));
 }
 
 TEST_F(NewInstances, ThatModifyOthersComeWithTheNameOfTheOther) {
@@ -420,14 +409,12 @@ TEST_F(NewInstances, ThatModifyOthersComeWithTheNameOfTheOther) {
     const std::string both =
         "<KEYBINDING NAME=\"Name\"><KEYVALUE VALUETYPE=\"string\">x</KEYVALUE></KEYBINDING>"
         "<KEYBINDING NAME=\"Second\"><KEYVALUE VALUETYPE=\"string\">y</KEYVALUE></KEYBINDING>";
-    EXPECT_EQ(
-        server.call(),
-        intrinsic("ModifyInstance",
-                  flag("IncludeQualifiers", false) + propertyList +
-                      parameter("ModifiedInstance",
-                                "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"CIM_Thing\">" +
-                                    both + "</INSTANCENAME><INSTANCE CLASSNAME=\"CIM_Thing\">" +
-                                    keys + "</INSTANCE></VALUE.NAMEDINSTANCE>")));
+    expectSent("ModifyInstance",
+               flag("IncludeQualifiers", false) + propertyList +
+                   parameter("ModifiedInstance",
+                             "<VALUE.NAMEDINSTANCE><INSTANCENAME CLASSNAME=\"CIM_Thing\">" + both +
+                                 "</INSTANCENAME><INSTANCE CLASSNAME=\"CIM_Thing\">" + keys +
+                                 "</INSTANCE></VALUE.NAMEDINSTANCE>"));
     status = table().setInstance(c(), op(), nullptr, 0, nullptr);
     EXPECT_EQ(outcome(status), (Outcome{4, "No instance given"}));
 }
