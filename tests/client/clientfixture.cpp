@@ -7,8 +7,15 @@ namespace velmora_clp {
 
 namespace {
 
-std::string nameAndValue(CMPIString* name, const CMPIData& data) {
-    return cimText(CimString(name).get()) + "=" + show(data) + "\n";
+template<typename Object, typename Count, typename At>
+std::string showAll(Object* object, Count count, At at) {
+    std::string out;
+    for (unsigned i = 0; i < count(object, nullptr); ++i) {
+        CMPIString* name = nullptr;
+        const CMPIData data = at(object, i, &name, nullptr);
+        out += cimText(CimString(name).get()) + "=" + show(data) + "\n";
+    }
+    return out;
 }
 
 std::string showArray(CMPIArray* array) {
@@ -50,13 +57,7 @@ std::string show(const CMPIData& data) {
 }
 
 std::string show(CMPIInstance* instance) {
-    std::string out;
-    for (unsigned i = 0; i < instance->ft->getPropertyCount(instance, nullptr); ++i) {
-        CMPIString* name = nullptr;
-        const CMPIData data = instance->ft->getPropertyAt(instance, i, &name, nullptr);
-        out += nameAndValue(name, data);
-    }
-    return out;
+    return showAll(instance, instance->ft->getPropertyCount, instance->ft->getPropertyAt);
 }
 
 std::string show(CMPIObjectPath* path) {
@@ -64,13 +65,7 @@ std::string show(CMPIObjectPath* path) {
 }
 
 std::string show(CMPIArgs* args) {
-    std::string out;
-    for (unsigned i = 0; i < args->ft->getArgCount(args, nullptr); ++i) {
-        CMPIString* name = nullptr;
-        const CMPIData data = args->ft->getArgAt(args, i, &name, nullptr);
-        out += nameAndValue(name, data);
-    }
-    return out;
+    return showAll(args, args->ft->getArgCount, args->ft->getArgAt);
 }
 
 std::string show(CMPIEnumeration* enumeration) {

@@ -53,7 +53,7 @@ protected:
     }
 };
 
-TEST_F(AddressLogTest, TheWayToAnObject) {
+TEST_F(AddressLogTest, TellsTheWayToAnObject) {
     CLPAddrSVC service(m_server.client());
     expectLogged({"5 CLPAddrSVC Enter", "5 CLPAddrSVC set seq of / to 1", "5 setNextSeq Add seq!",
                   "3 getNextSeq ufip=[/],next=[-1]", "5 CLPAddrSVC Leave"});
@@ -93,7 +93,7 @@ TEST_F(AddressLogTest, TheWayToAnObject) {
                   "1 getUfisFromCIMObjectPath failed to get instance!"});
 }
 
-TEST_F(AddressLogTest, TheWayBack) {
+TEST_F(AddressLogTest, TellsTheWayBackToAnAddress) {
     CLPAddrSVC service(m_server.client());
     const fakecim::Object& a = addSystem("a");
     fakecim::Object& sensor = addSensor(a);
@@ -124,7 +124,7 @@ TEST_F(AddressLogTest, TheWayBack) {
                   "3 setUfip aufip=[/admin1/system1/sensor8]"});
 }
 
-TEST_F(AddressLogTest, FiltersAndAssociations) {
+TEST_F(AddressLogTest, TellsOfFiltersAndAssociations) {
     CLPAddrSVC service(m_server.client());
     const fakecim::Object& a = addSystem("a");
     addBelow(a, "ZORM_Device", "ZORM_Fan", "f");
@@ -162,7 +162,7 @@ TEST_F(AddressLogTest, FiltersAndAssociations) {
                   "5 getCIMObjectPath_Assoc Has no assoc this time"});
 }
 
-TEST_F(AddressLogTest, FailuresOfTheDatabase) {
+TEST_F(AddressLogTest, TellsWhichOperationTheDatabaseFailed) {
     CLPAddrSVC service(m_server.client());
     dbfaults::failStatement(1, SQLITE_CONSTRAINT, 1000);
     service.getNextSeq("/");

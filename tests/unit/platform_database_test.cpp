@@ -136,10 +136,8 @@ TEST_F(DatabaseLayer, RefusesColumnsAndRowsThatAreNotThere) {
 
 TEST_F(DatabaseLayer, GivesTheSameRowsWhetherOrNotAStatementWasSeenBefore) {
     const auto connection = connect(url);
-    for (const char* key : {"a", "b''c", "a' OR ''='", "%"})
-        EXPECT_NO_THROW(update(*connection, std::string("INSERT INTO t(k,x) VALUES('") +
-                                                (key == std::string("a' OR ''='") ? "q" : key) +
-                                                "','v')"));
+    for (const std::string key : {"a", "b''c", "q", "%"})
+        update(*connection, "INSERT INTO t(k,x) VALUES('" + key + "','v')");
     const auto count = [&](const std::string& condition) {
         const auto rows = query(*connection, "SELECT k FROM t WHERE " + condition);
         return rows->rowCount();
