@@ -87,6 +87,21 @@ TEST(ShownProperties, HaveNamesOrIndexesBesideTheirValuesInEveryForm) {
         shown(COutputer::CLPXML_FORM));
 }
 
+TEST(ShownAssociation, InKeywordFormHoldsItsOtherPropertiesAndLeavesItsOwnEndOut) {
+    const ShownAssociation association = {"hostedservice",
+                                          {{"Antecedent", "/admin1/system1", true},
+                                           {"Weight", "5", false},
+                                           {"Dependent", "/admin1/system1/svc2", true}}};
+    EXPECT_EQ("begingroup=association\r\nufct=hostedservice\r\n"
+              "begingroup=property\r\nproperty_name=Weight\r\nproperty_val=5\r\nendgroup\r\n"
+              "begingroup=property\r\nproperty_name=Dependent\r\n"
+              "property_val=/admin1/system1/svc2\r\nendgroup\r\nendgroup\r\n",
+              bytesOf([&](Transport& transport) {
+                  ShowForm::make(COutputer::KEYWORD_FORM, transport)
+                      ->association(association, "/ADMIN1/system1");
+              }));
+}
+
 TEST(ShownTarget, WithoutAnAddressHasAnEmptyUfit) {
     EXPECT_EQ("<target><instance><ufit ufct=\"\" instance=\"\"></ufit><ufip></ufip>",
               bytesOf([](Transport& transport) {
