@@ -30,7 +30,8 @@ std::string moveTo(int from, int to, int width) {
 }
 
 std::string clearBelow() {
-    return std::string("\033[J", 4);
+    // Four bytes, the zero that ends the literal among them.
+    return {'\033', '[', 'J', '\0'};
 }
 
 std::string wrapped(const std::string& text, int from, int width) {

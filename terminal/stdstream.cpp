@@ -37,7 +37,7 @@ stdStream::stdStream() : m_history(nullptr), m_saved(), m_fd(0), m_tty(false) {
 }
 
 stdStream::~stdStream() {
-    RestoreTTY();
+    stdStream::RestoreTTY();
     delete m_history;
 }
 

@@ -123,7 +123,8 @@ Transport& Transport::operator>>(char* word) {
         invalidBuffer(">> invalid buf!");
     std::string text;
     m_in >> text;
-    std::strcpy(word, text.c_str());
+    text.copy(word, text.size());
+    word[text.size()] = '\0';
     return *this;
 }
 

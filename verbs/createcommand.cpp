@@ -113,7 +113,7 @@ bool CLPCreateCommand::refuseParent() {
     std::unique_ptr<CLPMessage> message(CLPMessage::NEW_MESSAGE("0xF0000000"));
     VELCLP_LOG_FAILURE(FUNCTION, "%s", message->getMessage().c_str());
     m_error->messages.push_back(message.get());
-    message.release();
+    static_cast<void>(message.release());
     return false;
 }
 

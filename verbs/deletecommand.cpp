@@ -51,7 +51,7 @@ CLPDeleteCommand::Entry CLPDeleteCommand::entryOf(const std::string& ufct) {
     const std::string text = CLPSchema::getInstance()->getOptionMap(ufct, "delete");
     std::vector<std::string> fields = splitString(text, ":", true);
     fields.resize(4);
-    const Entry entry = {fields[0], fields[1], fields[2], fields[3]};
+    Entry entry = {fields[0], fields[1], fields[2], fields[3]};
     if (!text.empty())
         VELCLP_ASSERT(entry.type == "special" || entry.type == "container",
                       "type==\"special\"||type==\"container\"");

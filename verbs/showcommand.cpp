@@ -169,7 +169,7 @@ void CLPShowCommand::showBelow(int level, CMPIObjectPath* object, const FilterRe
         return;
     for (const std::string& ufct : children) {
         checkpoint();
-        CLPAddrpath below("/admin1", parent + "/" + ufct + "*");
+        CLPAddrpath below("/admin1", std::string(parent).append("/").append(ufct).append("*"));
         // The list of targets has just looked at the dynamic classes.
         if (!(result.display && result.show_targets))
             primeDynamicClass(below);

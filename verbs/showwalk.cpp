@@ -34,7 +34,7 @@ void append(OwnedTargetGroup& group, const std::string& cimclass, OwnedTarget ta
         group->type = typeOf(cimclass);
     }
     group->targets.push_back(target.get());
-    target.release();
+    static_cast<void>(target.release());
 }
 
 // A list of groups that a walk may make, owned until somebody takes it.
@@ -55,7 +55,7 @@ private:
 
 void append(std::list<TargetGroup*>& list, OwnedTargetGroup group) {
     list.push_back(group.get());
-    group.release();
+    static_cast<void>(group.release());
 }
 
 } // namespace
@@ -198,7 +198,7 @@ bool CLPShowCommand::collectAssociations(Target& target, const std::string& asso
         if (!clone)
             continue;
         target.associations.push_back(clone.get());
-        clone.release();
+        static_cast<void>(clone.release());
         if (reference)
             break;
     }
