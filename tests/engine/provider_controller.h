@@ -6,6 +6,7 @@
 
 #include "simulator/mofloader.h"
 #include "simulator/providerset.h"
+#include "tests/support/eventually.h"
 #include "tests/support/run_directory.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,6 @@
 #include <chrono>
 #include <functional>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -148,17 +148,6 @@ public:
             }
         }
         return ends;
-    }
-
-    // Waits until it holds; false when it does not come to that.
-    static bool eventually(const std::function<bool()>& holds) {
-        for (int i = 0; i < 2000; ++i) {
-            if (holds()) {
-                return true;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        }
-        return false;
     }
 
     RunDirectory directory;

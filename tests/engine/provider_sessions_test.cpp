@@ -233,6 +233,5 @@ TEST(Job, OfADatabaseThatWasReplacedIsForgotten) {
     controller.directory.execute("clpsvc.db3", "DELETE FROM CLPCmdJob");
     controller.directory.execute("clpsvc.db3", "DELETE FROM sqlite_sequence");
     writeJob(controller, 1, ownPid());
-    EXPECT_TRUE(
-        Controller::eventually([&] { return controller.count("ZORM_CLPConcreteJob") == 1; }));
+    EXPECT_TRUE(eventually([&] { return controller.count("ZORM_CLPConcreteJob") == 1; }));
 }

@@ -25,12 +25,11 @@ TEST(Update, RunsAndInstallsTheVersionThatTheImageIsNamedAfter) {
     Controller controller(fast);
     const ObjectPath job = jobOf(install(controller, "http://host/fw/sp-2.15.0.bin"));
     controller.expect(job, {{"JobState", 4}});
-    EXPECT_TRUE(
-        Controller::eventually([&] { return controller.get(job, "JobState").toUnsigned() == 7; }));
+    EXPECT_TRUE(eventually([&] { return controller.get(job, "JobState").toUnsigned() == 7; }));
     controller.expect(job, {{"PercentComplete", 100}});
     const ObjectPath sp = controller.find("ZORM_SPComputerSystem");
     const ObjectPath image = controller.find("ZORM_SoftwareIdentity", "Name", "active image");
-    EXPECT_TRUE(Controller::eventually([&] {
+    EXPECT_TRUE(eventually([&] {
         return controller.get(sp, "FirmwareVersion") == Value("2.15.0") &&
                controller.get(image, "VersionString") == Value("2.15.0");
     }));
@@ -41,7 +40,7 @@ TEST(Update, RunsAndInstallsTheVersionThatTheImageIsNamedAfter) {
 TEST(Update, CountsUpWhileItRuns) {
     Controller controller(100);
     const ObjectPath job = jobOf(install(controller, "http://host/x.bin?seconds=60"));
-    EXPECT_TRUE(Controller::eventually([&] {
+    EXPECT_TRUE(eventually([&] {
         const auto percent = controller.get(job, "PercentComplete").toUnsigned();
         return percent > 0 && percent < 100;
     }));
@@ -60,7 +59,7 @@ TEST(Update, EndsTheWayThatTheImageAsksFor) {
                           {{"JobState", state}});
     }
     const ObjectPath gone = jobOf(install(controller, "http://h/x.bin?end=vanish&seconds=1"));
-    EXPECT_TRUE(Controller::eventually([&] { return !controller.exists(gone); }));
+    EXPECT_TRUE(eventually([&] { return !controller.exists(gone); }));
     EXPECT_TRUE(controller.partners(gone, "ZORM_AffectedJobElement").empty());
 }
 

@@ -43,8 +43,7 @@ TEST(RequestStateChange, EndsAResetInTheEnabledState) {
     Controller controller(fast);
     const ObjectPath sp = controller.find("ZORM_SPComputerSystem");
     change(controller, sp, 11);
-    EXPECT_TRUE(Controller::eventually(
-        [&] { return controller.get(sp, "EnabledState").toUnsigned() == 2; }));
+    EXPECT_TRUE(eventually([&] { return controller.get(sp, "EnabledState").toUnsigned() == 2; }));
     controller.expect(sp, {{"RequestedState", 11}});
 }
 
@@ -88,7 +87,7 @@ TEST(PowerManagement, ReachesThePowerStateThatWasAskedFor) {
         const ObjectPath node = controller.find("ZORM_ComputerSystem", "Name", one.name);
         const ObjectPath tie = tieOf(controller, node);
         EXPECT_EQ(power(controller, node, one.requested), 0u);
-        EXPECT_TRUE(Controller::eventually([&] {
+        EXPECT_TRUE(eventually([&] {
             return controller.get(tie, "TransitioningToPowerState").toUnsigned() == 19 &&
                    controller.get(node, "EnabledState").toUnsigned() == one.enabled;
         }));
@@ -110,12 +109,11 @@ TEST(Fan, RunsUpToTheSpeedThatWasAskedFor) {
     Controller controller(fast);
     const ObjectPath fan = controller.find("ZORM_Fan", "DeviceID", "fan1");
     EXPECT_EQ(controller.call(fan, "SetSpeed", {{"DesiredSpeed", 8000}, {"RampSeconds", 10}}), 0u);
-    EXPECT_TRUE(Controller::eventually(
-        [&] { return controller.get(fan, "CurrentSpeed").toUnsigned() == 8000; }));
+    EXPECT_TRUE(
+        eventually([&] { return controller.get(fan, "CurrentSpeed").toUnsigned() == 8000; }));
     EXPECT_EQ(controller.call(fan, "SetSpeed", {{"DesiredSpeed", 0}}), 0u);
     controller.expect(fan, {{"EnabledState", 3}});
-    EXPECT_TRUE(Controller::eventually(
-        [&] { return controller.get(fan, "CurrentSpeed").toUnsigned() == 0; }));
+    EXPECT_TRUE(eventually([&] { return controller.get(fan, "CurrentSpeed").toUnsigned() == 0; }));
     controller.modify(fan, "VariableSpeed", false);
     EXPECT_EQ(controller.call(fan, "SetSpeed", {{"DesiredSpeed", 100}}), 1u);
 }

@@ -2,6 +2,7 @@
 #include "database/cdbc.h"
 #include "database/faults.h"
 #include "log/osalog.h"
+#include "tests/support/eventually.h"
 #include "tests/support/run_directory.h"
 #include "tests/support/simulator_process.h"
 #include "velclp/clpcommand.h"
@@ -32,12 +33,6 @@ namespace {
 
 void sleepFor(int msec) {
     std::this_thread::sleep_for(std::chrono::milliseconds(msec));
-}
-
-bool becomes(const std::function<bool()>& condition) {
-    for (int i = 0; i < 500 && !condition(); ++i)
-        sleepFor(10);
-    return condition();
 }
 
 class Engine : public ::testing::Test {
@@ -325,15 +320,15 @@ TEST_F(Engine, ASpawnedCommandRunsOnInSilenceAndTheSessionsEndKillsIt) {
         }
     });
     verb->start();
-    EXPECT_TRUE(becomes([&] { return begun.load(); }));
+    EXPECT_TRUE(eventually([&] { return begun.load(); }));
     EXPECT_EQ(verb->wait(300), 1);
     EXPECT_EQ(session.stopFGCommand(), -1) << "the foreground is empty";
     EXPECT_FALSE(session.allCommandDone());
     EXPECT_EQ(jobs("1"), "1|4\n");
-    EXPECT_TRUE(becomes([&] { return heard.load(); }));
+    EXPECT_TRUE(eventually([&] { return heard.load(); }));
     core->terminateSession();
     transport.flush();
-    EXPECT_TRUE(becomes([] { return Verb::alive == 0; }));
+    EXPECT_TRUE(eventually([] { return Verb::alive == 0; }));
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "before Killing commands running in backgrounds..done\nCLP Session terminated\n");
     EXPECT_EQ(jobs("1"), "1|9\n");
@@ -354,7 +349,7 @@ TEST_F(Engine, ACommandThatDoesNotStopIsGivenUpAfterTwoTries) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "Killing commands running in backgrounds...failed\nCLP Session terminated\n");
     release = true;
-    EXPECT_TRUE(becomes([] { return Verb::alive == 0; }));
+    EXPECT_TRUE(eventually([] { return Verb::alive == 0; }));
 }
 
 TEST_F(Engine, OutsideRequestsStopTheJobsOfThisProcessOnly) {

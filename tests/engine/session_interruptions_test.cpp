@@ -1,5 +1,6 @@
 // What breaks into a session: a command that is to be stopped, and a CIM server that goes away.
 #include "tests/engine/command_session.h"
+#include "tests/support/eventually.h"
 #include "tests/support/simulator_process.h"
 
 #include <gtest/gtest.h>
@@ -18,8 +19,7 @@ protected:
         return std::count(log.begin(), log.end(), '\n');
     }
     void waitForCalls(long count) const {
-        while (calls() < count)
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        ASSERT_TRUE(eventually([&] { return calls() >= count; }));
     }
     std::string running() const {
         std::string job =

@@ -1,5 +1,6 @@
 // What a show asks of the CIM server, and how a request to stop ends it.
 #include "tests/engine/command_session.h"
+#include "tests/support/eventually.h"
 #include "tests/support/simulator_process.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,6 @@
 #include <csignal>
 #include <fstream>
 #include <regex>
-#include <thread>
 
 namespace {
 
@@ -29,8 +29,8 @@ protected:
                        "kind=delay ms=400 operation=GetInstance class=ZORM_ComputerSystem");
         const std::string::size_type begin = session.process().output().size();
         session.process().send(line + "\n");
-        while (simulator.get("/sim/faults").find("hits=0") != std::string::npos)
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        EXPECT_TRUE(eventually(
+            [&] { return simulator.get("/sim/faults").find("hits=0") == std::string::npos; }));
         session.process().signal(SIGINT);
         const std::string mark = "Job " + std::to_string(m_jobs += 2) + " is killed\r\n";
         EXPECT_TRUE(session.process().waitForOutput(mark)) << mark;

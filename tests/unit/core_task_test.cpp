@@ -1,4 +1,5 @@
 // A piece of work on its own thread: its end, its waiter, and the ways out of it.
+#include "tests/support/eventually.h"
 #include "velclp/task.h"
 
 #include <gtest/gtest.h>
@@ -36,12 +37,6 @@ private:
 
 void sleepFor(int msec) {
     std::this_thread::sleep_for(std::chrono::milliseconds(msec));
-}
-
-bool becomes(const std::function<bool()>& condition) {
-    for (int i = 0; i < 500 && !condition(); ++i)
-        sleepFor(10);
-    return condition();
 }
 
 TEST(Task, ThatIsShorterThanTheWayToItsWaitIsNeitherMissedNorTakenForSpawned) {
@@ -82,7 +77,7 @@ TEST(Task, ThatOutlastsItsWaitIsSpawnedAndFreesItself) {
     EXPECT_EQ(work->statuses, std::vector<CommandStatus::status>{CommandStatus::COMMAND_SPAWNED});
     EXPECT_EQ(s_alive, 1);
     release = true;
-    EXPECT_TRUE(becomes([] { return s_alive == 0; }));
+    EXPECT_TRUE(eventually([] { return s_alive == 0; }));
 }
 
 TEST(Task, MayLeaveByThreadExitThroughFramesThatAreUnwound) {
