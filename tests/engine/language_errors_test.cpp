@@ -101,6 +101,7 @@ TEST_P(OptionMatrix, IsAnsweredInWhole) {
 INSTANTIATE_TEST_SUITE_P(InEveryForm, OptionMatrix,
                          testing::Values(std::make_pair("text", "error        : "),
                                          std::make_pair("keyword", "\r\nerror="),
-                                         std::make_pair("clpxml", "<error>")));
+                                         std::make_pair("clpxml", "<error>")),
+                         [](const auto& test) { return test.param.first; });
 
 } // namespace
