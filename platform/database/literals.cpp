@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 #include <cstring>
+#include <string_view>
 #include <strings.h>
 
 namespace database {
@@ -72,33 +73,21 @@ std::size_t numberAt(const std::string& sql, std::size_t at, const char* borders
     return ends && length <= mostDigits ? length : 0;
 }
 
+// What makes a text doubtful wherever it stands, and what begins a comment or a literal.
+constexpr std::string_view alwaysDoubtful = "\"`[?:@$#;";
+constexpr std::string_view beginnings = "-/'0123456789";
+
 bool isDoubtful(const std::string& sql, std::size_t at) {
-    switch (sql[at]) {
-    case '"':
-    case '`':
-    case '[':
-    case '?':
-    case ':':
-    case '@':
-    case '$':
-    case '#':
-    case ';':
-        return true;
-    case '-':
-        return sql.compare(at, 2, "--") == 0;
-    case '/':
-        return sql.compare(at, 2, "/*") == 0;
-    default:
-        return false;
-    }
+    return alwaysDoubtful.find(sql[at]) != std::string_view::npos ||
+           sql.compare(at, 2, "--") == 0 || sql.compare(at, 2, "/*") == 0;
 }
 
-// The characters that may begin a literal or make the text doubtful.
+// All other characters are copied as they stand.
 constexpr std::array<bool, 256> specialCharacters() {
     std::array<bool, 256> table = {};
-    for (const char c : {'\'', '"', '`', '[', '?', ':', '@', '$', '#', ';', '-',
-                         '/',  '0', '1', '2', '3', '4', '5', '6', '7', '8', '9'})
-        table[static_cast<unsigned char>(c)] = true;
+    for (const std::string_view characters : {alwaysDoubtful, beginnings})
+        for (const char c : characters)
+            table[static_cast<unsigned char>(c)] = true;
     return table;
 }
 
